@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+// MainWindow, editors: the frame being edited, its preview, frames typed by hand.
+// Owns editorsSyncing.
+#include "mainwindow/hexscan.h"
+#include "mainwindow/mainwindow.h"
+#include "widgets/playerpanel.h"
+
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QSpinBox>
+
+#include <algorithm>
+
+namespace qx {
+
+namespace {
+
+constexpr int standardTotal = 1800;   // frames that the current-frame editor reaches at least
+constexpr qsizetype encodedSize = 20; // bytes of a whole frame
+
+} // namespace
+
+ControlFrame MainWindow::frameFromEditors(bool *ok) const
+{
+    ControlFrame frame;
+    frame.hy = static_cast<quint8>(headerSpin->value());
+    frame.frame = static_cast<quint16>(frameSpin->value());
+    frame.red = static_cast<quint8>(redSpin->value());
+    frame.green = static_cast<quint8>(greenSpin->value());
+    frame.blue = static_cast<quint8>(blueSpin->value());
+    frame.white = static_cast<quint8>(whiteSpin->value());
+    const auto reserved =
+        hexBytes(reservedEdit->text(), static_cast<qsizetype>(frame.reserved.size()));
+    if (reserved)
+        std::copy(reserved->cbegin(), reserved->cend(), frame.reserved.begin());
+    if (ok)
+        *ok = reserved.has_value();
+    return frame;
+}
+
+RgbwLevels MainWindow::rgbwFromEditors() const
+{
+    if (!redSpin || !greenSpin || !blueSpin || !whiteSpin)
+        return {};
+    return {redSpin->value(), greenSpin->value(), blueSpin->value(), whiteSpin->value()};
+}
+
+void MainWindow::setRgbwEditors(const RgbwLevels &levels)
+{
+    if (!redSpin || !greenSpin || !blueSpin || !whiteSpin)
+        return;
+    const auto set = [](QSpinBox *spin, int level) { spin->setValue(qBound(0, level, 255)); };
+    const QSignalBlocker blockers[] = {QSignalBlocker(redSpin), QSignalBlocker(greenSpin),
+                                       QSignalBlocker(blueSpin), QSignalBlocker(whiteSpin)};
+    editorsSyncing = true;
+    set(redSpin, levels.red);
+    set(greenSpin, levels.green);
+    set(blueSpin, levels.blue);
+    set(whiteSpin, levels.white);
+    editorsSyncing = false;
+    playerPanel->setWhiteLevel(whiteSpin->value());
+    updateFramePreview();
+    updateLocalStatus();
+}
+
+// A player at rest is sent frame 0 with all channels off, whatever the editors hold.
+bool MainWindow::showsZeroFrame() const
+{
+    return playerPanel->playbackState() == PlaybackState::Stopped;
+}
+
+ControlFrame MainWindow::darkFrame(ControlFrame frame)
+{
+    frame.frame = 0;
+    frame.red = frame.green = frame.blue = frame.white = 0;
+    return frame;
+}
+
+void MainWindow::updateFramePreview()
+{
+    bool ok = false;
+    const ControlFrame frame = frameFromEditors(&ok);
+    const QString mark = ok ? QString() : QStringLiteral("border:1px solid #9b4d55;");
+    if (reservedEdit->styleSheet() != mark)
+        reservedEdit->setStyleSheet(mark);
+    completeFrameEdit->setText(
+        ok ? Protocol::frameSummary(showsZeroFrame() ? darkFrame(frame) : frame)
+           : Language::text(UiText::ReservedFieldInvalid));
+    completeFrameEdit->setCursorPosition(0);
+}
+
+void MainWindow::sendManualFrame()
+{
+    const QString text = manualFrameEdit->text().trimmed();
+    if (text.isEmpty())
+        return;
+    const auto is = [&text](QLatin1String word) {
+        return text.compare(word, Qt::CaseInsensitive) == 0;
+    };
+    if (is(QLatin1String("HELLO")) || is(QLatin1String("QXUSB HELLO"))) {
+        beginHandshake();
+        return;
+    }
+    const auto frame = hexBytes(text, encodedSize);
+    if (!frame) {
+        appendLog(QStringLiteral("ERR"), Language::text(UiText::ManualFrameIncomplete));
+        return;
+    }
+    if (!Protocol::isValidControlFrame(*frame)) {
+        appendLog(QStringLiteral("ERR"), Language::text(UiText::ManualFrameInvalid));
+        return;
+    }
+    transmitFrame(*frame);
+    manualFrameEdit->selectAll();
+}
+
+// The current-frame editor reaches the last frame of a longer file, else playback would stick.
+void MainWindow::setTotal(int total)
+{
+    frameSpin->setMaximum(std::max({standardTotal, total, frameSpin->value()}));
+    playerPanel->setTotalFrames(total);
+    playerPanel->setCurrentFrame(frameSpin->value());
+}
+
+} // namespace qx

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// MainWindow, construction: the order of start-up reads here from top to bottom.
+#include "mainwindow/mainwindow.h"
+
+#include "serial/serialcontroller.h"
+#include "widgets/playerpanel.h"
+
+#include <QCheckBox>
+#include <QMediaPlayer>
+#include <QSpinBox>
+#include <QTimer>
+
+namespace qx {
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent)
+    , serialController(new SerialController(this))
+    , handshakeTimer(new QTimer(this))
+    , ackTimer(new QTimer(this))
+    , playbackTimer(new QTimer(this))
+    , paintTimer(new QTimer(this))
+{
+    readLanguage();
+    setUpWindow();
+    createLanguageMenu();
+    createWidgets();
+    setupMediaPlayback();
+    loadConfiguredRgbw();
+    setUpTimers();
+    connectSession();
+    retranslateUi();
+    refreshPorts(true);
+
+    playerPanel->setFileCount(256);
+    playerPanel->setTotalFrames(totalSpin->value());
+    playerPanel->setFileIndex(headerSpin->value(), QString());
+    playerPanel->setWhiteLevel(whiteSpin->value());
+    playbackTimer->setInterval(playerPanel->intervalMs());
+    updateFramePreview();
+    updateLocalStatus();
+    demoModeCheck->setChecked(true);
+}
+
+// What is destroyed may signal once more (an open port says that it closes), and by then half of
+// this window is gone.
+MainWindow::~MainWindow()
+{
+    for (QObject *source :
+         {static_cast<QObject *>(serialController), static_cast<QObject *>(playerPanel),
+          static_cast<QObject *>(mediaPlayer)})
+        source->disconnect(this);
+}
+
+} // namespace qx

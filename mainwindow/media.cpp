@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: MIT
+// MainWindow, media: choosing and loading an audio or video file, its preview, its errors.
+// Owns the media objects, selectedMediaPath and the flags of the loaded file.
+#include "mainwindow/mainwindow.h"
+
+#include <QAudioOutput>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMediaPlayer>
+#include <QMessageBox>
+#include <QMimeDatabase>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QToolButton>
+#include <QUrl>
+#include <QVideoWidget>
+
+#include <algorithm>
+
+namespace qx {
+
+namespace {
+
+constexpr int noticeMs = 5000;
+constexpr int errorMs = 8000;
+
+QString lastDirectoryKey()
+{
+    return QStringLiteral("media/lastDirectory");
+}
+
+QString startDirectory()
+{
+    const QString last = QSettings().value(lastDirectoryKey()).toString();
+    if (!last.isEmpty() && QFileInfo(last).isDir())
+        return last;
+    for (const auto location : {QStandardPaths::MoviesLocation, QStandardPaths::MusicLocation}) {
+        const QString directory = QStandardPaths::writableLocation(location);
+        if (!directory.isEmpty())
+            return directory;
+    }
+    return QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
+}
+
+bool isVideoFile(const QFileInfo &file)
+{
+    static const QLatin1String videoSuffixes[] = {
+        QLatin1String("mp4"), QLatin1String("mov"),  QLatin1String("mkv"), QLatin1String("avi"),
+        QLatin1String("wmv"), QLatin1String("webm"), QLatin1String("m4v")};
+    const QString suffix = file.suffix().toLower();
+    if (std::find(std::cbegin(videoSuffixes), std::cend(videoSuffixes), suffix) !=
+        std::cend(videoSuffixes))
+        return true;
+    const QMimeType type =
+        QMimeDatabase().mimeTypeForFile(file.absoluteFilePath(), QMimeDatabase::MatchExtension);
+    return type.name().startsWith(QLatin1String("video/"), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+void MainWindow::setupMediaPlayback()
+{
+    mediaPlayer = new QMediaPlayer(this);
+    mediaPlayer->setObjectName(QStringLiteral("mediaPlayer"));
+    mediaAudioOutput = new QAudioOutput(this);
+    mediaAudioOutput->setObjectName(QStringLiteral("mediaAudioOutput"));
+    mediaAudioOutput->setVolume(1.0F);
+    mediaVideoWidget = new QVideoWidget(this);
+    mediaVideoWidget->setObjectName(QStringLiteral("mediaVideoWidget"));
+    mediaVideoWidget->setWindowFlag(Qt::Window, true);
+    mediaVideoWidget->setAttribute(Qt::WA_QuitOnClose, false);
+    mediaVideoWidget->setMinimumSize(480, 270);
+    mediaVideoWidget->resize(960, 540);
+    mediaVideoWidget->setAspectRatioMode(Qt::KeepAspectRatio);
+    mediaVideoWidget->setStyleSheet(QStringLiteral("background:#0d0f10;"));
+    mediaVideoWidget->hide();
+    mediaPlayer->setAudioOutput(mediaAudioOutput);
+    mediaPlayer->setVideoOutput(mediaVideoWidget);
+    mediaPlayer->setLoops(QMediaPlayer::Once);
+    connectMediaPlayer();
+    updateMediaNavigation();
+}
+
+void MainWindow::connectMediaPlayer()
+{
+    connect(mediaPlayer, &QMediaPlayer::hasVideoChanged, this, &MainWindow::handleHasVideo);
+    connect(mediaPlayer, &QMediaPlayer::durationChanged, this, &MainWindow::handleDuration);
+    connect(mediaPlayer, &QMediaPlayer::seekableChanged, this, &MainWindow::applyMediaTarget);
+    connect(mediaPlayer, &QMediaPlayer::errorOccurred, this,
+            [this](QMediaPlayer::Error error, const QString &reason) {
+                if (error != QMediaPlayer::NoError)
+                    reportPlaybackFailure(reason);
+            });
+    connect(mediaPlayer, &QMediaPlayer::mediaStatusChanged, this, &MainWindow::handleMediaStatus);
+}
+
+void MainWindow::updateMediaNavigation()
+{
+    if (!mediaBrowseButton)
+        return;
+    const QString hint = Language::text(UiText::ChooseMediaHint);
+    const QString toolTip =
+        selectedMediaPath.isEmpty() ? hint : QStringLiteral("%1\n%2").arg(hint, selectedMediaPath);
+    mediaBrowseButton->setText(Language::text(UiText::NavBrowse));
+    mediaBrowseButton->setToolTip(toolTip);
+    mediaBrowseButton->setAccessibleName(Language::text(UiText::NavBrowse));
+    mediaBrowseButton->setAccessibleDescription(toolTip);
+}
+
+void MainWindow::browseMediaFile()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(this, Language::text(UiText::ChooseMediaTitle),
+                                     startDirectory(), Language::text(UiText::MediaFileFilter));
+    if (!path.isEmpty())
+        loadMediaFile(path);
+}
+
+bool MainWindow::loadMediaFile(const QString &path)
+{
+    mediaErrorReported = false;
+    const QFileInfo file(path);
+    QString refusal;
+    if (!file.exists() || !file.isFile() || !file.isReadable())
+        refusal = Language::text(UiText::MediaNotReadable).arg(path);
+    else if (!mediaPlayer || !mediaPlayer->isAvailable())
+        refusal = Language::text(UiText::MediaPlaybackFailed)
+                      .arg(QStringLiteral("Qt Multimedia backend unavailable"));
+    if (!refusal.isEmpty()) {
+        reportMediaError(refusal);
+        mediaErrorReported = false; // it was not the loaded file's error
+        return false;
+    }
+
+    stopSelectedMedia();
+    mediaIsVideo = isVideoFile(file);
+    mediaReadyLogged = false;
+    selectedMediaPath = file.absoluteFilePath();
+    updateVideoTitle();
+    setMediaSource();
+    if (mediaIsVideo)
+        showVideoPreview();
+    else
+        mediaVideoWidget->hide();
+    QSettings settings;
+    settings.setValue(lastDirectoryKey(), file.absolutePath());
+    settings.sync();
+    updateMediaNavigation();
+    const QString notice = Language::text(UiText::MediaSelected).arg(mediaFileName());
+    appendLog(QStringLiteral("MEDIA"), notice);
+    showStatus(notice, noticeMs);
+    return true;
+}
+
+// Emptied first: the player ignores a source that it already has, and the operator who chooses
+// the same file again wants it loaded again.
+void MainWindow::setMediaSource()
+{
+    mediaPlayer->setSource(QUrl());
+    mediaTargetApplied = false;
+    mediaPlayer->setSource(QUrl::fromLocalFile(selectedMediaPath));
+}
+
+void MainWindow::showVideoPreview()
+{
+    mediaVideoWidget->show();
+    mediaVideoWidget->raise();
+}
+
+void MainWindow::updateVideoTitle()
+{
+    if (!mediaVideoWidget)
+        return;
+    const QString title = Language::text(UiText::VideoPreviewTitle);
+    mediaVideoWidget->setWindowTitle(selectedMediaPath.isEmpty()
+                                         ? title
+                                         : QStringLiteral("%1 — %2").arg(title, mediaFileName()));
+}
+
+QString MainWindow::mediaFileName() const
+{
+    return QFileInfo(selectedMediaPath).fileName();
+}
+
+void MainWindow::handleHasVideo(bool hasVideo)
+{
+    if (!hasVideo) {
+        if (!mediaIsVideo)
+            mediaVideoWidget->hide();
+        return;
+    }
+    mediaIsVideo = true;
+    if (mediaVideoWidget->isHidden())
+        showVideoPreview();
+}
+
+void MainWindow::handleDuration(qint64 durationMs)
+{
+    if (durationMs < 1)
+        return;
+    applyMediaTarget();
+    if (mediaReadyLogged)
+        return;
+    mediaReadyLogged = true;
+    appendLog(QStringLiteral("MEDIA"),
+              Language::text(UiText::MediaReady).arg(mediaFileName(), QString::number(durationMs)));
+}
+
+// Once per loaded file: the duration of some files changes again and again while they play, and
+// media turns seekable only after its duration is known.
+void MainWindow::applyMediaTarget()
+{
+    if (mediaTargetApplied || !mediaPlayer->isSeekable() || mediaPlayer->duration() < 1)
+        return;
+    mediaTargetApplied = true;
+    mediaPlayer->setPosition(std::min(mediaPlayer->duration(), mediaTargetPositionMs));
+}
+
+void MainWindow::handleMediaStatus(QMediaPlayer::MediaStatus status)
+{
+    if (status == QMediaPlayer::InvalidMedia) {
+        mediaIsVideo = false;
+        mediaVideoWidget->hide();
+        reportPlaybackFailure(mediaPlayer->errorString());
+    } else if (status == QMediaPlayer::EndOfMedia) {
+        repeatMedia();
+    }
+}
+
+void MainWindow::reportPlaybackFailure(const QString &reason)
+{
+    const QString trimmed = reason.trimmed();
+    reportMediaError(Language::text(UiText::MediaPlaybackFailed)
+                         .arg(trimmed.isEmpty() ? mediaFileName() : trimmed));
+}
+
+void MainWindow::reportMediaError(const QString &message)
+{
+    if (mediaErrorReported)
+        return;
+    mediaErrorReported = true;
+    QString text = message.trimmed();
+    if (text.isEmpty())
+        text = Language::text(UiText::MediaPlaybackFailed).arg(mediaFileName());
+    appendLog(QStringLiteral("ERR"), text);
+    showStatus(text, errorMs);
+
+    // Not modal: Stop must stay within reach while the box is up.
+    auto *box = new QMessageBox(QMessageBox::Warning, Language::text(UiText::MediaErrorTitle), text,
+                                QMessageBox::Ok, this);
+    box->setTextFormat(Qt::PlainText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setModal(false);
+    box->show();
+}
+
+} // namespace qx

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "simulator/commandline.h"
+#include "simulator/console.h"
+#include "simulator/playersimulator.h"
+#include "simulator/sessionreport.h"
+#include "simulator/stopsignals.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QTimer>
+
+#include <chrono>
+#include <cstdio>
+
+namespace {
+
+void connectConsole(qx::PlayerSimulator *simulator, qx::Console *console, bool quiet)
+{
+    using qx::PlayerSimulator;
+    QObject::connect(simulator, &PlayerSimulator::pluggedIn, simulator, [=] {
+        console->line(QStringLiteral("Player plugged in at %1").arg(simulator->portPath()));
+    });
+    QObject::connect(simulator, &PlayerSimulator::unplugged, simulator,
+                     [=] { console->line(QStringLiteral("Player unplugged")); });
+    QObject::connect(simulator, &PlayerSimulator::returnFailed, simulator,
+                     [=](const QString &message) {
+                         console->line(QStringLiteral("Player stays away: %1").arg(message));
+                     });
+    QObject::connect(simulator, &PlayerSimulator::helloReceived, simulator, [=] {
+        console->line(QStringLiteral("HELLO %1").arg(simulator->helloCount()));
+    });
+    if (!quiet) {
+        QObject::connect(simulator, &PlayerSimulator::frameArrived, simulator,
+                         [=](const qx::SimulatedFrame &frame) {
+                             console->frame(frame, simulator->counts().framesArrived);
+                         });
+    }
+}
+
+int run(const qx::CommandLine &line)
+{
+    qx::Console console(line.json ? stderr : stdout);
+    qx::PlayerSimulator simulator;
+    qx::SessionReport report(simulator);
+    connectConsole(&simulator, &console, line.quiet);
+
+    qx::StopSignals stopSignals;
+    QObject::connect(&stopSignals, &qx::StopSignals::stopRequested, qApp, &QCoreApplication::quit);
+    if (line.durationSeconds > 0) {
+        const std::chrono::duration<double> duration(line.durationSeconds);
+        QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(duration), Qt::PreciseTimer,
+                           qApp, &QCoreApplication::quit);
+    }
+
+    simulator.setKeepRecords(0);
+    simulator.setBehaviour(line.behaviour);
+    if (!simulator.plugIn(line.linkPath)) {
+        std::fprintf(stderr, "tessaly-simulator: %s\n", qPrintable(simulator.errorString()));
+        return 1;
+    }
+    QCoreApplication::exec();
+
+    console.line(report.summary());
+    if (line.json) {
+        std::fputs(QJsonDocument(report.toJson()).toJson().constData(), stdout);
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const auto line = qx::CommandLine::parse(QCoreApplication::arguments());
+    switch (line.action) {
+    case qx::CommandLine::Action::Run:
+        return run(line);
+    case qx::CommandLine::Action::Inform:
+        std::printf("%s\n", qPrintable(line.text));
+        return 0;
+    case qx::CommandLine::Action::Refuse:
+        std::fprintf(stderr, "tessaly-simulator: %s\n", qPrintable(line.text));
+        return 2;
+    }
+    Q_UNREACHABLE();
+}
