@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/stage.h"
+
+#include <QCoreApplication>
+#include <QSettings>
+#include <QTest>
+
+namespace qx::test {
+
+void takeIdentity()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Tessaly Player"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Corvessa Electronic CO."));
+}
+
+void freshSettings(const QString &languageCode)
+{
+    QSettings settings;
+    settings.clear();
+    settings.setValue(QStringLiteral("ui/language"), languageCode);
+    settings.sync();
+}
+
+Stage::Stage(const QString &languageCode)
+    : linkPath(directory.filePath(QStringLiteral("player")))
+{
+    takeIdentity();
+    if (!languageCode.isEmpty())
+        freshSettings(languageCode);
+    qputenv("TESSALY_SERIAL_PORTS", linkPath.toUtf8());
+    plugIn();
+    start();
+}
+
+Stage::~Stage() = default;
+
+void Stage::start()
+{
+    mainWindow = std::make_unique<MainWindow>();
+    person = std::make_unique<Operator>(*mainWindow);
+    mainWindow->show();
+}
+
+void Stage::restart()
+{
+    quit();
+    start();
+}
+
+void Stage::quit()
+{
+    person.reset();
+    mainWindow.reset();
+}
+
+bool Stage::connectPort()
+{
+    person->setDemo(false);
+    person->choosePort(linkPath);
+    person->click(person->connectButton());
+    return !person->log("SYS").last().contains(QLatin1String("Disconnected")) &&
+           person->log("TX").size() > 0;
+}
+
+bool Stage::connectPlayer()
+{
+    return connectPort() &&
+           QTest::qWaitFor([this] { return person->row(1)->text() == QLatin1String("QXUSB OK"); });
+}
+
+void Stage::plugIn()
+{
+    device.plugIn(linkPath);
+}
+
+void Stage::unplug()
+{
+    device.unplug();
+}
+
+} // namespace qx::test
