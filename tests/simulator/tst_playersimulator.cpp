@@ -65,6 +65,7 @@ private slots:
 
     void unplugHangsUpTheLine();
     void plugsInAgainAtTheSameLink();
+    void halfAFrameGoesWithTheCable();
     void vanishesAtTheNthFrameAndReturns();
     void vanishedPlayerStaysAway();
     void deletedPlayerIsUnplugged();
@@ -445,6 +446,17 @@ void TestPlayerSimulator::plugsInAgainAtTheSameLink()
     offer(goldenFrame(), rxOk);
 }
 
+void TestPlayerSimulator::halfAFrameGoesWithTheCable()
+{
+    m_host->write(goldenFrame().first(10));
+    QTRY_COMPARE(m_player->counts().bytesReceived, 10);
+    m_player->unplug();
+    QVERIFY(m_player->plugIn(linkPath()));
+    QVERIFY(m_host->open(linkPath()));
+    offer(hello + goldenFrame(), ok + rxOk);
+    QCOMPARE(m_player->checksumErrors(), 0);
+}
+
 void TestPlayerSimulator::vanishesAtTheNthFrameAndReturns()
 {
     QSignalSpy pluggedIn(m_player.get(), &PlayerSimulator::pluggedIn);
@@ -600,6 +612,7 @@ void TestPlayerSimulator::noEchoAfterTheLastUserHasClosed()
         // Text from the device while nobody listens is what cooked mode would send back.
         m_host->close();
         m_player->say(QByteArrayLiteral("line\n"));
+        QCoreApplication::processEvents();
         QVERIFY(m_host->open(linkPath()));
         QTRY_COMPARE(m_host->received(), QByteArrayLiteral("line\n"));
     }

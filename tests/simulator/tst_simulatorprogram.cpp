@@ -258,25 +258,26 @@ void TestSimulatorProgram::reportsWhatItSaw()
     }
     offer(damaged(goldenFrame()) + numberedFrame(303) + "junk\n" + hello,
           "QXUSB BAD CHECKSUM\n" + ok);
+    offer(numberedFrame(304), rxOk);
     stop();
 
     const QJsonObject seen = report();
     const auto number = [&seen](const char *key) { return seen[QLatin1String(key)].toDouble(-1); };
-    QCOMPARE(number("frames"), 4);
-    QCOMPARE(number("framesArrived"), 5);
+    QCOMPARE(number("frames"), 5);
+    QCOMPARE(number("framesArrived"), 6);
     QCOMPARE(number("framesUnanswered"), 1);
     QCOMPARE(number("checksumErrors"), 1);
     QCOMPARE(number("hellos"), 2);
     QCOMPARE(number("unknownBytes"), 5);
-    QCOMPARE(number("bytesReceived"), 2 * 12 + 5 * 20 + 5);
+    QCOMPARE(number("bytesReceived"), 2 * 12 + 6 * 20 + 5);
     QCOMPARE(number("firstFrame"), 300);
-    QCOMPARE(number("lastFrame"), 303);
+    QCOMPARE(number("lastFrame"), 304);
     QVERIFY(number("framesPerSecond") > 0);
     QVERIFY(number("elapsedSeconds") > 0);
     QCOMPARE(seen[QStringLiteral("version")].toString(), QStringLiteral(TESSALY_VERSION));
     const QJsonObject replies = seen[QStringLiteral("replies")].toObject();
     QCOMPARE(replies[QStringLiteral("ok")].toInt(), 2);
-    QCOMPARE(replies[QStringLiteral("rxOk")].toInt(), 3);
+    QCOMPARE(replies[QStringLiteral("rxOk")].toInt(), 4);
     QCOMPARE(replies[QStringLiteral("badChecksum")].toInt(), 1);
 
     for (const char *key : {"intervalMs", "turnaroundMs"}) {
@@ -292,8 +293,9 @@ void TestSimulatorProgram::reportsWhatItSaw()
     const auto samples = [&seen](const QString &key) {
         return seen[key].toObject()[QStringLiteral("count")].toInt();
     };
-    QCOMPARE(samples(QStringLiteral("intervalMs")), 3);
-    // After the replies to 300, 301 and 302; 303 did not wait for the reply before it.
+    QCOMPARE(samples(QStringLiteral("intervalMs")), 4);
+    // After the replies to 300, 301 and 302; 303 did not wait for the reply before it and got
+    // none itself.
     QCOMPARE(samples(QStringLiteral("turnaroundMs")), 3);
 }
 
