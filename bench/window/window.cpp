@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+// The complete window, visible, at work on a port:
+//
+//   bench_window loop PORT FRAMES        the next frame at each reply, as fast as it goes
+//   bench_window play PORT MS SECONDS    plays at an interval
+//
+// Writes one line of JSON about this process; the device's side has the times of the frames.
+#include "mainwindow/mainwindow.h"
+#include "serial/serialcontroller.h"
+#include "widgets/playerpanel.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTimer>
+
+#include <cstdio>
+#include <sys/resource.h>
+
+namespace {
+
+double processorSeconds()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval &time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+long residentKib()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (QByteArray line = status.readLine(); !line.isEmpty(); line = status.readLine()) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toLong();
+    }
+    return 0;
+}
+
+class Session
+{
+public:
+    Session(qx::MainWindow &window, const QString &portPath)
+        : window(window)
+        , controller(window.findChild<qx::SerialController *>())
+    {
+        auto *group = window.findChild<QGroupBox *>(QStringLiteral("connectionGroup"));
+        group->findChild<QCheckBox *>()->setChecked(false);
+        window.refreshPorts(true);
+        auto *ports = group->findChild<QComboBox *>();
+        ports->setCurrentIndex(ports->findData(portPath));
+        window.findChild<QPushButton *>(QStringLiteral("primaryButton"))->click();
+        while (!window.isUsbTransmissionReady())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+    void loop(int frames)
+    {
+        auto *spin = window.findChild<QGroupBox *>(QStringLiteral("frameGroup"))
+                         ->findChildren<QSpinBox *>()
+                         .at(1);
+        window.findChild<qx::PlayerPanel *>()->setPlaybackState(qx::PlaybackState::Playing);
+        QElapsedTimer clock;
+        int sent = 0;
+        long residentEarly = 0;
+        double processor = processorSeconds();
+        const auto next = [&] {
+            if (sent == frames)
+                return QCoreApplication::quit();
+            if (sent == 10000)
+                residentEarly = residentKib();
+            spin->setValue(sent++ % 1800);
+            window.sendCurrentFrame();
+        };
+        QObject::connect(controller, &qx::SerialController::lineReceived, &window,
+                         [&next](const QByteArray &line) {
+                             if (line == "QXUSB RX OK")
+                                 next();
+                         });
+        clock.start();
+        next();
+        QApplication::exec();
+        const double seconds = static_cast<double>(clock.nsecsElapsed()) / 1e9;
+        processor = processorSeconds() - processor;
+        std::printf("{\"frames\": %d, \"seconds\": %.3f, \"framesPerSecond\": %.0f, "
+                    "\"processorMicrosecondsPerFrame\": %.1f, \"residentKibAt10000\": %ld, "
+                    "\"residentKib\": %ld}\n",
+                    frames, seconds, frames / seconds, processor / frames * 1e6, residentEarly,
+                    residentKib());
+    }
+
+    void play(int intervalMs, int seconds)
+    {
+        auto *panel = window.findChild<qx::PlayerPanel *>();
+        panel->setIntervalMs(intervalMs);
+        panel->setRepeatEnabled(true);
+        const double processor = processorSeconds();
+        window.startPlayback();
+        QTimer::singleShot(seconds * 1000, &window, &QCoreApplication::quit);
+        QApplication::exec();
+        std::printf("{\"intervalMs\": %d, \"seconds\": %d, \"processorPercent\": %.2f}\n",
+                    intervalMs, seconds, (processorSeconds() - processor) / seconds * 100);
+    }
+
+private:
+    qx::MainWindow &window;
+    qx::SerialController *controller;
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const bool loop = arguments.value(1) == QLatin1String("loop") && arguments.size() == 4;
+    const bool play = arguments.value(1) == QLatin1String("play") && arguments.size() == 5;
+    if (!loop && !play) {
+        std::fprintf(stderr, "usage: bench_window loop PORT FRAMES | play PORT MS SECONDS\n");
+        return 2;
+    }
+    QCoreApplication::setApplicationName(QStringLiteral("Tessaly Player"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Corvessa Electronic CO."));
+    qputenv("TESSALY_SERIAL_PORTS", arguments.at(2).toLocal8Bit());
+    qx::MainWindow window;
+    window.show();
+    Session session(window, arguments.at(2));
+    if (loop)
+        session.loop(arguments.at(3).toInt());
+    else
+        session.play(arguments.at(3).toInt(), arguments.at(4).toInt());
+    return 0;
+}
