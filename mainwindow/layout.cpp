@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, layout: the widget tree. Texts come from the retranslation, connections of the
 // session from the wiring.
-#include "mainwindow/arrowspinbox.h"
+#include "mainwindow/arrowboxes.h"
 #include "mainwindow/greyicon.h"
 #include "mainwindow/literalbutton.h"
 #include "mainwindow/mainwindow.h"
 #include "widgets/playerpanel.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFrame>
@@ -16,6 +17,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
@@ -31,6 +33,7 @@ namespace {
 
 constexpr int pageMessageMs = 3500;
 constexpr int logLines = 3000;
+constexpr QSize navigationIcon(48, 48);
 constexpr int tightSpacing = 4; // rows of the grids, so that all groups fit the default height
 
 QString version()
@@ -49,6 +52,25 @@ QPushButton *namedButton(QPushButton *button, const QString &name)
 {
     button->setObjectName(name);
     return button;
+}
+
+// A style's own icon may be much smaller than the others of the column: doubled, on a canvas of
+// their size, it looks like one of them and its text stands where theirs does.
+QIcon enlarged(QIcon icon)
+{
+    const QSize doubled = icon.actualSize(navigationIcon) * 2;
+    if (doubled.isEmpty() || doubled.width() >= navigationIcon.width())
+        return icon;
+    QPixmap canvas(navigationIcon);
+    canvas.fill(Qt::transparent);
+    QRect target(QPoint(), doubled);
+    target.moveCenter(canvas.rect().center());
+    QPainter painter(&canvas);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(target, icon.pixmap(doubled / 2));
+    painter.end();
+    icon.addPixmap(canvas);
+    return icon;
 }
 
 // The layout of one of the groups on the right.
@@ -87,9 +109,11 @@ void MainWindow::createWidgets()
     layout->addWidget(createNavigation());
     layout->addWidget(createContent(), 1);
     setCentralWidget(central);
+    central->setFocus(); // no control looks chosen before the first Tab
     connectEditors();
     statusBar();
     mendStyle();
+    holdScreenPace();
 }
 
 QWidget *MainWindow::createContent()
@@ -149,7 +173,7 @@ QWidget *MainWindow::createNavigation()
         add(QStringLiteral("navPlayer"), QStringLiteral(":/assets/ico_play_png.png"), true);
     connect(player, &QToolButton::clicked, player, [player] { player->setChecked(true); });
     mediaBrowseButton = add(QStringLiteral("navMediaBrowse"), QString(), false);
-    mediaBrowseButton->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
+    mediaBrowseButton->setIcon(enlarged(style()->standardIcon(QStyle::SP_DirOpenIcon)));
     mediaBrowseButton->setCheckable(false);
     connect(mediaBrowseButton, &QToolButton::clicked, this, &MainWindow::browseMediaFile);
     const std::pair<QString, QString> otherPages[] = {
@@ -200,7 +224,7 @@ QToolButton *MainWindow::createNavigationButton(const QString &text, const QStri
     button->setText(text);
     if (!iconPath.isEmpty())
         button->setIcon(greyIcon(iconPath));
-    button->setIconSize(QSize(48, 48));
+    button->setIconSize(navigationIcon);
     button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     button->setCheckable(true);
     button->setAutoExclusive(false);
@@ -232,9 +256,11 @@ QGroupBox *MainWindow::createConnectionGroup()
     grid->setColumnStretch(1, 1);
 
     QLabel *portCaption = namedLabel(QStringLiteral("portCaption"));
-    portCombo = new QComboBox;
+    portCombo = new ArrowComboBox;
     portCombo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     portCombo->setMinimumContentsLength(18);
+    portCombo->view()->setTextElideMode(Qt::ElideRight); // the port's name comes first
+    connect(portCombo, &QComboBox::currentTextChanged, portCombo, &QWidget::setToolTip);
     portCaption->setBuddy(portCombo);
     refreshPortsButton = new QPushButton;
     grid->addWidget(portCaption, 0, 0);
@@ -242,7 +268,7 @@ QGroupBox *MainWindow::createConnectionGroup()
     grid->addWidget(refreshPortsButton, 0, 3);
 
     QLabel *hostCaption = namedLabel(QStringLiteral("hostCaption"));
-    hostSettingsCombo = new QComboBox;
+    hostSettingsCombo = new ArrowComboBox;
     hostSettingsCombo->addItem(QStringLiteral("115200 / 8N1"), 115200);
     hostCaption->setBuddy(hostSettingsCombo);
     connectButton = namedButton(new QPushButton, QStringLiteral("primaryButton"));

@@ -18,7 +18,6 @@ MainWindow::MainWindow(QWidget *parent)
     , handshakeTimer(new QTimer(this))
     , ackTimer(new QTimer(this))
     , playbackTimer(new QTimer(this))
-    , paintTimer(new QTimer(this))
 {
     readLanguage();
     setUpWindow();

@@ -5,7 +5,6 @@
 #include "protocol/protocol.h"
 
 #include <QByteArray>
-#include <QElapsedTimer>
 #include <QList>
 #include <QMainWindow>
 #include <QMediaPlayer>
@@ -116,7 +115,7 @@ private:
     QByteArray pendingFrame;    ///< the newest frame that waits; empty: none
     int ackRetries = 0;         ///< retransmissions of the frame in flight, 0..2
     QTimer *ackTimer = nullptr; ///< single-shot, 800 ms after each write
-    quint64 framesOffered = 0;  ///< calls of transmitFrame()
+    quint64 framesOffered = 0;  ///< valid frames given to transmitFrame()
     quint64 framesSucceeded = 0;
     quint64 framesFailed = 0;
     quint64 txBytes = 0; ///< written to the port, or in demo mode as if written
@@ -235,7 +234,7 @@ public:
 private:
     void mendStyle();
 
-    // ---- views.cpp: status rows, traffic, log, pace of painting ------------------------------
+    // ---- views.cpp: status rows, traffic, log, pace of the screen ----------------------------
 public:
     /// Adds "[12:34:56.789] SYS   message" to the log. The channel is cut to five characters;
     /// `detail` is not shown.
@@ -249,9 +248,7 @@ protected:
 
 private:
     void showStatus(const QString &message, int lifetimeMs);
-
-    QTimer *paintTimer = nullptr; ///< single-shot: the painting that was held back
-    QElapsedTimer sincePainting;
+    void holdScreenPace();
 
     // ---- retranslation.cpp: language menu, every text ----------------------------------------
 public:
@@ -313,10 +310,17 @@ public:
 
 private:
     void repeatMedia();
+    void watchMediaPictures();
+    void requestMedia(bool &due);
+    void settleMedia();
 
     qint64 mediaTargetPositionMs = 0;   ///< where playback last asked the media to be
     bool mediaSeekWarningShown = false; ///< once per run
     bool mediaRepeatInProgress = false;
+    QTimer *mediaPictureTimer = nullptr; ///< single-shot; active: a picture is on its way
+    bool mediaStopDue = false;           ///< asked for, waits for the picture
+    bool mediaSourceDue = false;         ///< likewise
+    bool mediaSeekDue = false;           ///< likewise
 };
 
 } // namespace qx

@@ -78,6 +78,7 @@ void MainWindow::setupMediaPlayback()
     mediaPlayer->setVideoOutput(mediaVideoWidget);
     mediaPlayer->setLoops(QMediaPlayer::Once);
     connectMediaPlayer();
+    watchMediaPictures();
     updateMediaNavigation();
 }
 
@@ -137,7 +138,7 @@ bool MainWindow::loadMediaFile(const QString &path)
     mediaReadyLogged = false;
     selectedMediaPath = file.absoluteFilePath();
     updateVideoTitle();
-    setMediaSource();
+    requestMedia(mediaSourceDue);
     if (mediaIsVideo)
         showVideoPreview();
     else

@@ -1,19 +1,26 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, media sync: the loaded media follows play, pause, stop and seek.
-// Owns mediaTargetPositionMs, mediaSeekWarningShown, mediaRepeatInProgress.
+// Owns mediaTargetPositionMs, mediaSeekWarningShown, mediaRepeatInProgress, and what is due while a
+// picture is on its way.
 #include "mainwindow/frametime.h"
 #include "mainwindow/mainwindow.h"
 #include "widgets/playerpanel.h"
 
 #include <QMediaPlayer>
+#include <QTimer>
 #include <QUrl>
+#include <QVideoSink>
 #include <QVideoWidget>
+
+#include <utility>
 
 namespace qx {
 
 namespace {
 
 constexpr int noticeMs = 5000;
+constexpr int pictureMs = 300; // a picture is waited for no longer
+constexpr int settlingMs = 10; // after its arrival, until the backend has gone on
 
 } // namespace
 
@@ -26,7 +33,10 @@ bool MainWindow::hasSelectedMedia() const
 // stopped.
 void MainWindow::playSelectedMedia()
 {
-    if (!hasSelectedMedia() || mediaPlayer->mediaStatus() == QMediaPlayer::InvalidMedia)
+    if (!hasSelectedMedia())
+        return;
+    settleMedia();
+    if (mediaPlayer->mediaStatus() == QMediaPlayer::InvalidMedia)
         return;
     const qint64 duration = mediaPlayer->duration();
     if (mediaPlayer->mediaStatus() == QMediaPlayer::EndOfMedia ||
@@ -39,7 +49,10 @@ void MainWindow::playSelectedMedia()
 
 void MainWindow::pauseSelectedMedia()
 {
-    if (hasSelectedMedia() && mediaPlayer->mediaStatus() != QMediaPlayer::InvalidMedia)
+    if (!hasSelectedMedia())
+        return;
+    settleMedia();
+    if (mediaPlayer->mediaStatus() != QMediaPlayer::InvalidMedia)
         mediaPlayer->pause();
 }
 
@@ -48,9 +61,11 @@ void MainWindow::stopSelectedMedia()
     if (!mediaPlayer)
         return;
     mediaTargetPositionMs = 0;
-    mediaPlayer->stop();
-    if (!mediaPlayer->source().isEmpty())
-        mediaPlayer->setPosition(0);
+    if (mediaPlayer->hasVideo() && mediaPlayer->playbackState() == QMediaPlayer::PlayingState) {
+        mediaPlayer->pause();
+        mediaPictureTimer->start(pictureMs);
+    }
+    requestMedia(mediaStopDue);
     if (mediaVideoWidget && !mediaIsVideo)
         mediaVideoWidget->hide();
 }
@@ -69,7 +84,7 @@ void MainWindow::seekSelectedMedia(int frame)
         break;
     }
     if (mediaPlayer->isSeekable() || mediaTargetPositionMs < 1) {
-        mediaPlayer->setPosition(mediaTargetPositionMs);
+        requestMedia(mediaSeekDue);
     } else if (!mediaSeekWarningShown) {
         mediaSeekWarningShown = true;
         showStatus(Language::text(UiText::MediaNotSeekable), noticeMs);
@@ -94,6 +109,48 @@ void MainWindow::repeatMedia()
         mediaPlayer->play();
     }
     mediaRepeatInProgress = false;
+}
+
+// The backend hands each picture of a video to this thread and waits until it is taken. A call that
+// waits for the backend while a picture is on its way makes both wait for 0.3 s, in which no frame
+// is sent. Pausing and seeking bring such a picture, so what would wait for the backend then (stop,
+// seek, another source) waits for the picture instead; of several seeks the last one counts.
+void MainWindow::watchMediaPictures()
+{
+    mediaPictureTimer = new QTimer(this);
+    mediaPictureTimer->setSingleShot(true);
+    connect(mediaPictureTimer, &QTimer::timeout, this, &MainWindow::settleMedia);
+    connect(mediaVideoWidget->videoSink(), &QVideoSink::videoFrameChanged, mediaPictureTimer,
+            [timer = mediaPictureTimer] {
+                if (timer->isActive())
+                    timer->start(settlingMs);
+            });
+}
+
+// `due` is one of the three flags. Without a picture on its way the request is met at once.
+void MainWindow::requestMedia(bool &due)
+{
+    due = true;
+    if (!mediaPictureTimer->isActive())
+        settleMedia();
+}
+
+void MainWindow::settleMedia()
+{
+    mediaPictureTimer->stop();
+    if (std::exchange(mediaStopDue, false)) {
+        mediaSeekDue = false;
+        mediaPlayer->stop();
+        if (!mediaPlayer->source().isEmpty())
+            mediaPlayer->setPosition(0);
+    }
+    if (std::exchange(mediaSourceDue, false))
+        setMediaSource();
+    if (std::exchange(mediaSeekDue, false)) {
+        mediaPlayer->setPosition(mediaTargetPositionMs);
+        if (mediaPlayer->hasVideo())
+            mediaPictureTimer->start(pictureMs);
+    }
 }
 
 } // namespace qx

@@ -23,10 +23,12 @@ constexpr quint64 ackLineSize = 12; // "QXUSB RX OK" and its line feed
 
 void MainWindow::transmitFrame(const QByteArray &frame)
 {
-    ++framesOffered;
     if (!Protocol::isValidControlFrame(frame)) {
         appendLog(QStringLiteral("ERR"), Language::text(UiText::FrameNotSentInvalid));
-    } else if (isDemo()) {
+        return;
+    }
+    ++framesOffered;
+    if (isDemo()) {
         transmitDemoFrame(frame);
     } else if (!serialController->isOpen()) {
         appendLog(QStringLiteral("ERR"), Language::text(UiText::FrameNotSentDisconnected));

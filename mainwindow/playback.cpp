@@ -8,8 +8,6 @@
 #include <QSpinBox>
 #include <QTimer>
 
-#include <utility>
-
 namespace qx {
 
 bool MainWindow::mayPlay()
@@ -77,6 +75,7 @@ void MainWindow::stopPlayback(bool resendStopFrame)
     updateFramePreview();
     if (!resendStopFrame || !isUsbTransmissionReady()) {
         playbackTimer->stop();
+        resumeAfterSeek = false; // the line may be lost while the slider is held
         return;
     }
     startPlaybackTimer();

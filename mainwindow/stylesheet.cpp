@@ -64,27 +64,36 @@ QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }
 )";
 
 // What lies in a group shows the group's surface, tells when it is disabled, and where the
-// keyboard is. The arrows of the spin boxes are painted by the boxes.
+// keyboard is. The spin boxes and combo boxes paint their arrows themselves.
 const char groupSheet[] = R"(
 QLabel, QCheckBox { background: transparent; }
+QPushButton, QCheckBox { outline: none; }
 QSpinBox::up-button { subcontrol-origin: border; subcontrol-position: top right; width: 20px;
     border: none; background: transparent; }
 QSpinBox::down-button { subcontrol-origin: border; subcontrol-position: bottom right; width: 20px;
     border: none; background: transparent; }
 QSpinBox::up-button:hover, QSpinBox::down-button:hover { background: #202428; }
+QComboBox { combobox-popup: 0; }
+QComboBox::drop-down { border: none; width: 20px; }
+QComboBox QAbstractItemView { border: 1px solid #3b4045; selection-background-color: #163b63;
+    outline: none; }
 QPushButton:disabled { color: #747a7e; background: #191c1f; border-color: #3b4045; }
 QPushButton:focus, QComboBox:focus, QLineEdit:focus, QSpinBox:focus, QPlainTextEdit:focus,
 QCheckBox::indicator:focus { border-color: #2994ff; }
-QPushButton#primaryButton:focus, QPushButton#sendFrameButton:focus { border-color: #f1f3f5; }
+QPushButton#primaryButton:focus, QPushButton#sendFrameButton:focus,
+QCheckBox::indicator:checked:focus { border-color: #f1f3f5; }
 QCheckBox:focus { color: #f1f3f5; }
 )";
 
 const char navigationSheet[] = "QLabel { background: transparent; }"
-                               "QToolButton:focus { border-color: #2994ff; }";
+                               "QToolButton:focus { border-color: #2994ff; }"
+                               "QToolButton:checked:focus { border-color: #f1f3f5; }";
 
 const char menuSheet[] = "QMenuBar::item:selected, QMenuBar::item:pressed { background: #202428; }"
                          "QMenu { background: #191c1f; border: 1px solid #3b4045; }"
                          "QMenu::item:selected { background: #163b63; }";
+
+const char statusBarSheet[] = "QSizeGrip { background: transparent; }";
 
 QPalette darkPalette()
 {
@@ -117,6 +126,7 @@ void MainWindow::mendStyle()
 {
     setPalette(darkPalette());
     menuBar()->setStyleSheet(QLatin1String(menuSheet));
+    statusBar()->setStyleSheet(QLatin1String(statusBarSheet));
     findChild<QFrame *>(QStringLiteral("navigation"))
         ->setStyleSheet(QLatin1String(navigationSheet));
     for (const QString &name : {QStringLiteral("connectionGroup"), QStringLiteral("frameGroup"),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// MainWindow, views: the status rows, the traffic row, the log, the pace of painting.
+// MainWindow, views: the status rows, the traffic row, the log, the pace of the screen.
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/screenpace.h"
 #include "widgets/playerpanel.h"
 
 #include <QDateTime>
@@ -10,14 +11,12 @@
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QStatusBar>
-#include <QTimer>
 
 namespace qx {
 
 namespace {
 
 constexpr qsizetype channelWidth = 5;
-constexpr qint64 paintIntervalMs = 16; // 60 Hz
 
 // A log entry stays one line, whatever a device or a file name puts into it.
 QString onOneLine(QString message)
@@ -70,25 +69,27 @@ void MainWindow::updateTrafficLabel()
 
 void MainWindow::showStatus(const QString &message, int lifetimeMs)
 {
+    // The bar ignores a message that it shows already: cleared, it lives its whole time again.
+    if (statusBar()->currentMessage() == message)
+        statusBar()->clearMessage();
+    // A new message would be painted at once, before anything else of the frame happens.
+    statusBar()->setUpdatesEnabled(false);
     statusBar()->showMessage(message, lifetimeMs);
+    statusBar()->setUpdatesEnabled(true);
 }
 
-// Painting keeps to the pace of a screen: with a fast device every frame would repaint the
-// window, and painting is what limits the frame rate then. What the widgets hold is always up to
-// date; only its painting waits, one paint interval at most.
+// Nothing here has a status tip; the empty one of a menu would wipe out the message that stands
+// in the status bar.
 bool MainWindow::event(QEvent *event)
 {
-    if (event->type() == QEvent::UpdateRequest) {
-        const qint64 wait = sincePainting.isValid() ? paintIntervalMs - sincePainting.elapsed() : 0;
-        if (wait > 0) {
-            if (!paintTimer->isActive())
-                paintTimer->start(static_cast<int>(wait));
-            return true;
-        }
-        paintTimer->stop();
-        sincePainting.start();
-    }
-    return QMainWindow::event(event);
+    return event->type() == QEvent::StatusTip || QMainWindow::event(event);
+}
+
+void MainWindow::holdScreenPace()
+{
+    auto *pace = new ScreenPace(this);
+    pace->holdPainting(this);
+    pace->holdLayout(statusValueLabels.first()->parentWidget());
 }
 
 } // namespace qx

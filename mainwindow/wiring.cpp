@@ -5,8 +5,6 @@
 #include "widgets/playerpanel.h"
 
 #include <QCheckBox>
-#include <QCoreApplication>
-#include <QEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
@@ -31,8 +29,6 @@ void MainWindow::setUpTimers()
     ackTimer->setTimerType(Qt::PreciseTimer);
     playbackTimer->setTimerType(Qt::PreciseTimer);
     playbackTimer->setInterval(playerPanel->intervalMs());
-    paintTimer->setSingleShot(true);
-    paintTimer->setTimerType(Qt::PreciseTimer);
 }
 
 void MainWindow::connectSession()
@@ -47,10 +43,6 @@ void MainWindow::connectSession()
     connect(manualFrameEdit, &QLineEdit::returnPressed, this, &MainWindow::sendManualFrame);
     connectController();
     connectPanel();
-    connect(paintTimer, &QTimer::timeout, this, [this] {
-        QEvent update(QEvent::UpdateRequest);
-        QCoreApplication::sendEvent(this, &update);
-    });
 }
 
 void MainWindow::connectController()

@@ -120,6 +120,7 @@ TransportButton::TransportButton(Kind kind, QWidget *parent)
 {
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_Hover); // looks different under the mouse
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     retranslateUi();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QComboBox>
 #include <QSpinBox>
 
 namespace qx {
@@ -11,6 +12,17 @@ class ArrowSpinBox : public QSpinBox
 {
 public:
     using QSpinBox::QSpinBox;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+/// A combo box that paints its own arrow, for the same reason, and ends a text that is too long
+/// for it with an ellipsis.
+class ArrowComboBox : public QComboBox
+{
+public:
+    using QComboBox::QComboBox;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
