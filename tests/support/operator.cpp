@@ -2,10 +2,12 @@
 #include "tests/support/operator.h"
 
 #include <QGroupBox>
+#include <QRegularExpression>
 #include <QStatusBar>
 #include <QStyle>
 #include <QStyleOptionSlider>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 #include <algorithm>
@@ -290,9 +292,25 @@ QString Operator::lastLog() const
     return lines.isEmpty() ? QString() : lines.last();
 }
 
+bool Operator::everyLogLineIsStamped() const
+{
+    static const QRegularExpression line(
+        QStringLiteral("^\\[([01]\\d|2[0-3]):[0-5]\\d:[0-5]\\d\\.\\d{3}\\] "
+                       "(SYS  |ERR  |TX   |RX   |RETRY|WAIT |QUEUE|MEDIA) .+$"));
+    const QStringList lines = logView()->toPlainText().split(u'\n', Qt::SkipEmptyParts);
+    return std::all_of(lines.cbegin(), lines.cend(),
+                       [](const QString &text) { return line.match(text).hasMatch(); });
+}
+
 QString Operator::statusBar() const
 {
     return window.statusBar()->currentMessage();
+}
+
+int Operator::statusLifetimeMs() const
+{
+    const auto *timer = window.statusBar()->findChild<QTimer *>();
+    return timer && timer->isActive() ? timer->interval() : 0;
 }
 
 bool Operator::lampIsLit() const

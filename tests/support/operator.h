@@ -72,7 +72,9 @@ public:
     QStringList log(const char *tag) const;  ///< the messages of one tag, in order
     int logCount(const QString &line) const; ///< how many lines read so, without time stamp
     QString lastLog() const;
+    bool everyLogLineIsStamped() const; ///< "[12:34:56.789] " before a tag of five characters
     QString statusBar() const;
+    int statusLifetimeMs() const; ///< of the message in the status bar; 0: until the next one
     QString state() const { return text(stateBadge()); }
     bool lampIsLit() const;
 

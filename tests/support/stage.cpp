@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/stage.h"
 
+#include "i18n/language.h"
+
 #include <QCoreApplication>
 #include <QSettings>
 #include <QTest>
@@ -19,6 +21,11 @@ void freshSettings(const QString &languageCode)
     settings.clear();
     settings.setValue(QStringLiteral("ui/language"), languageCode);
     settings.sync();
+}
+
+QString either(const QString &english, const QString &chinese)
+{
+    return Language::current() == UiLanguage::English ? english : chinese;
 }
 
 Stage::Stage(const QString &languageCode)
@@ -66,6 +73,14 @@ bool Stage::connectPlayer()
 {
     return connectPort() &&
            QTest::qWaitFor([this] { return person->row(1)->text() == QLatin1String("QXUSB OK"); });
+}
+
+bool Stage::hear(const QByteArray &line)
+{
+    const QString shown = QStringLiteral("RX    ") + QString::fromLatin1(line);
+    const int before = person->logCount(shown);
+    device.say(line + '\n');
+    return QTest::qWaitFor([this, &shown, before] { return person->logCount(shown) > before; });
 }
 
 void Stage::plugIn()

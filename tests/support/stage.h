@@ -21,6 +21,9 @@ void takeIdentity();
 /// Settings as on a fresh installation, but for the language ("en" or "zh_CN").
 void freshSettings(const QString &languageCode);
 
+/// The text that is shown in the current language.
+QString either(const QString &english, const QString &chinese);
+
 /// A complete window with a simulated player that it can find: what an operator has at hand.
 /// The window starts, as always, in offline demo mode.
 class Stage
@@ -46,6 +49,9 @@ public:
 
     /// connectPort() and the whole handshake.
     bool connectPlayer();
+
+    /// The player says a line, whatever it may be. True once the window has dealt with it.
+    bool hear(const QByteArray &line);
 
     void plugIn();
     void unplug();

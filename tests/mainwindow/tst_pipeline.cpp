@@ -1,0 +1,625 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/stage.h"
+
+#include <QElapsedTimer>
+#include <QStatusBar>
+#include <QTest>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+using namespace qx::test;
+using qx::Protocol;
+using qx::SimulatedFrame;
+using qx::SimulatorBehaviour;
+
+namespace {
+
+constexpr int windowMs = 800; // for the answer to one write
+
+QString success()
+{
+    return either(u"ESP accepted the frame and invoked A39 transmission"_s,
+                  u"ESP已接收并调用A39发送"_s);
+}
+
+QString forwardingFailure()
+{
+    return either(u"ESP reported an A39 forwarding failure"_s, u"ESP报告A39转发失败"_s);
+}
+
+QString timedOut()
+{
+    return either(u"Timed out waiting for ESP acknowledgement"_s, u"等待ESP确认超时"_s);
+}
+
+QString outcome(const QString &message, int succeeded, int failed)
+{
+    return either(u"%1; succeeded %2, failed %3"_s, u"%1；成功 %2，失败 %3"_s)
+        .arg(message, QString::number(succeeded), QString::number(failed));
+}
+
+QString queued()
+{
+    return either(u"QUEUE Waiting for QXUSB RX OK; the queued frame was replaced by the latest "
+                  "frame"_s,
+                  u"QUEUE 等待QXUSB RX OK，已用最新帧覆盖队列"_s);
+}
+
+QString retained()
+{
+    return either(u"WAIT  Not handshaken; the latest frame has been retained"_s,
+                  u"WAIT  尚未握手，已保留最新一帧"_s);
+}
+
+QString refusedDisconnected()
+{
+    return either(u"ERR   Frame not sent: serial port is disconnected"_s,
+                  u"ERR   串口未连接，帧未发送"_s);
+}
+
+QString helloLine(int attempt)
+{
+    return either(u"TX    QXUSB HELLO\\n  (handshake %1)"_s, u"TX    QXUSB HELLO\\n  (握手 %1)"_s)
+        .arg(attempt);
+}
+
+QString written(int hy)
+{
+    return u"TX    HY: %1  Frame: 0  R: 0  G: 0  B: 0  W: 0"_s.arg(hy);
+}
+
+QString rewritten(int hy)
+{
+    return u"RETRY HY: %1  Frame: 0  R: 0  G: 0  B: 0  W: 0"_s.arg(hy);
+}
+
+// A log line of what the player said.
+QString heard(const QByteArray &line)
+{
+    return u"RX    "_s + QString::fromLatin1(line);
+}
+
+// A player that takes frames without a word, and completes handshakes by itself or not.
+SimulatorBehaviour leavesAnswersToUs(bool completesHandshakes)
+{
+    SimulatorBehaviour behaviour;
+    behaviour.dropEvery = 1;
+    behaviour.answerHelloNumber = completesHandshakes ? 1 : 0;
+    return behaviour;
+}
+
+} // namespace
+
+// The player leaves the answers to the test. Frames are told apart by their HY, which a stopped
+// player keeps.
+class PipelineTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase_data();
+    void init();
+    void cleanup();
+
+    void oneFrameOneAnswer();
+    void aDeviceThatNeverAnswers();
+    void timeoutsAndComplaintsShareOneCounter_data();
+    void timeoutsAndComplaintsShareOneCounter();
+    void aComplaintStartsTheWindowAnew();
+    void anAnsweredFrameIsNotSentAgain();
+    void onlyTheNewestFrameWaits();
+    void theWaitingFrameFollowsEveryOutcome_data();
+    void theWaitingFrameFollowsEveryOutcome();
+    void theWaitingFrameIsOfferedOnTheNextTurn();
+    void aNewerFrameTakesThePlaceOfTheOneOfferedAgain();
+    void theFrameOfferedAgainMeetsEveryCheck_data();
+    void theFrameOfferedAgainMeetsEveryCheck();
+    void strayAcknowledgement();
+    void strayFailureCounts();
+    void strayComplaint();
+    void needHelloTakesTheFrameBack_data();
+    void needHelloTakesTheFrameBack();
+    void framesWaitForTheHandshake();
+    void aFailureBeforeTheHandshakeKeepsTheWaitingFrame();
+    void withoutAPort();
+    void demoSucceedsAtOnce();
+    void invalidFrames_data();
+    void invalidFrames();
+    void anInvalidFrameDisplacesNothing();
+    void anInvalidReservedFieldIsNotSent();
+
+private:
+    Operator &hand() { return stage->hand(); }
+    qx::PlayerSimulator &player() { return stage->player(); }
+    void clearLog() { hand().click(hand().clearLog()); }
+    void offer(int hy);
+    void link();
+    void onNextTurnAfterStatus(const QString &message, std::function<void()> act);
+    const QElapsedTimer &answerOnceLate(SimulatorBehaviour behaviour);
+    QList<int> arrivedHys() const;
+
+    QElapsedTimer sinceAnswer;
+    QList<SimulatedFrame> arrived; // whatever the player made of them
+    std::unique_ptr<Stage> stage;
+};
+
+void PipelineTest::initTestCase_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::newRow("English") << u"en"_s;
+    QTest::newRow("Chinese") << u"zh_CN"_s;
+}
+
+void PipelineTest::init()
+{
+    QFETCH_GLOBAL(QString, language);
+    arrived.clear();
+    stage = std::make_unique<Stage>(language);
+    player().setBehaviour(leavesAnswersToUs(true));
+    connect(&player(), &qx::PlayerSimulator::frameArrived, this,
+            [this](const SimulatedFrame &frame) { arrived.append(frame); });
+}
+
+void PipelineTest::cleanup()
+{
+    if (!QTest::currentTestFailed()) {
+        QVERIFY(hand().everyLogLineIsStamped());
+        QCOMPARE(player().unknownBytes() + player().checksumErrors(), 0);
+    }
+    stage.reset();
+}
+
+void PipelineTest::offer(int hy)
+{
+    hand().type(hand().header(), hy);
+    hand().click(hand().sendFrame());
+}
+
+void PipelineTest::link()
+{
+    QVERIFY(stage->connectPlayer());
+    clearLog();
+}
+
+// Acts once, on the turn of the event loop after the status bar showed the message.
+void PipelineTest::onNextTurnAfterStatus(const QString &message, std::function<void()> act)
+{
+    auto *once = new QObject(&stage->window());
+    connect(stage->window().statusBar(), &QStatusBar::messageChanged, once,
+            [once, message, act](const QString &shown) {
+                if (shown != message)
+                    return;
+                once->disconnect();
+                QMetaObject::invokeMethod(
+                    once,
+                    [once, act] {
+                        act();
+                        once->deleteLater();
+                    },
+                    Qt::QueuedConnection);
+            });
+}
+
+// The player answers one frame, in the middle of its window, and falls silent then. The clock runs
+// from that answer on.
+const QElapsedTimer &PipelineTest::answerOnceLate(SimulatorBehaviour behaviour)
+{
+    behaviour.replyDelayMs = windowMs / 2;
+    player().setBehaviour(behaviour);
+    connect(&player(), &qx::PlayerSimulator::frameReplied, this, [this] {
+        sinceAnswer.start();
+        player().setBehaviour(leavesAnswersToUs(true));
+    });
+    return sinceAnswer;
+}
+
+QList<int> PipelineTest::arrivedHys() const
+{
+    QList<int> hys;
+    for (const SimulatedFrame &frame : arrived)
+        hys.append(frame.hy);
+    return hys;
+}
+
+void PipelineTest::oneFrameOneAnswer()
+{
+    link();
+    offer(1);
+    QTRY_COMPARE(arrivedHys(), QList<int>{1});
+    QCOMPARE(arrived.first().bytes,
+             QByteArray::fromHex("FFFF171234170100000000000000000000000027"));
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QCOMPARE(hand().log(), QStringList({written(1), heard("QXUSB RX OK")}));
+    QCOMPARE(hand().statusBar(), outcome(success(), 1, 0));
+    QCOMPARE(hand().statusLifetimeMs(), 4500);
+    // HELLO and the frame; OK and the acknowledgement.
+    QCOMPARE(hand().row(6)->text(), u"TX 32 B / RX 21 B · OK 1 / FAIL 0"_s);
+}
+
+// Never early; how late depends on how busy the machine is.
+void PipelineTest::aDeviceThatNeverAnswers()
+{
+    link();
+    QElapsedTimer clock;
+    qint64 failedMs = -1;
+    QObject listener;
+    connect(stage->window().statusBar(), &QStatusBar::messageChanged, &listener,
+            [&](const QString &message) {
+                if (message == outcome(timedOut(), 0, 1))
+                    failedMs = clock.elapsed();
+            });
+    QList<qint64> arrivalsMs;
+    connect(&player(), &qx::PlayerSimulator::frameArrived, &listener,
+            [&] { arrivalsMs.append(clock.elapsed()); });
+    clock.start();
+    offer(1);
+    QTRY_VERIFY(failedMs >= 0);
+    QCOMPARE(arrivalsMs.size(), 3);
+    QVERIFY(arrivalsMs.at(0) < windowMs / 2);
+    QVERIFY(arrivalsMs.at(1) >= windowMs);
+    QVERIFY(arrivalsMs.at(1) < 2 * windowMs);
+    QVERIFY(arrivalsMs.at(2) >= 2 * windowMs);
+    QVERIFY(arrivalsMs.at(2) < 3 * windowMs);
+    QVERIFY(failedMs >= 3 * windowMs);
+    QVERIFY(failedMs < 4 * windowMs);
+    QCOMPARE(hand().log(), QStringList({written(1), rewritten(1), rewritten(1)}));
+    QCOMPARE(arrived.at(1).bytes, arrived.at(0).bytes);
+    QCOMPARE(arrived.at(2).bytes, arrived.at(0).bytes);
+    QCOMPARE(hand().row(6)->text(), u"TX 72 B / RX 9 B · OK 0 / FAIL 1"_s);
+    QCOMPARE(hand().statusLifetimeMs(), 4500);
+}
+
+void PipelineTest::timeoutsAndComplaintsShareOneCounter_data()
+{
+    QTest::addColumn<QString>("triggers"); // T: the window passes, C: the player complains
+    QTest::newRow("complaints only") << u"CCC"_s;
+    QTest::newRow("a timeout first") << u"TCC"_s;
+    QTest::newRow("a timeout between") << u"CTC"_s;
+    QTest::newRow("a timeout last") << u"CCT"_s;
+}
+
+// The third write was the last, whatever brought it; the message speaks of a timeout.
+void PipelineTest::timeoutsAndComplaintsShareOneCounter()
+{
+    QFETCH(QString, triggers);
+    link();
+    offer(1);
+    qsizetype writes = 1;
+    for (const QChar trigger : triggers) {
+        QTRY_COMPARE(arrived.size(), writes);
+        if (trigger == u'C')
+            QVERIFY(stage->hear("QXUSB BAD CHECKSUM"));
+        if (writes < 3)
+            QTRY_COMPARE(hand().log("RETRY").size(), writes);
+        ++writes;
+    }
+    QTRY_COMPARE(hand().statusBar(), outcome(timedOut(), 0, 1));
+    QCOMPARE(arrived.size(), 3);
+    QCOMPARE(hand().log("TX").size(), 1);
+    QCOMPARE(hand().log("RETRY").size(), 2);
+
+    offer(2); // the next frame has its own three writes
+    QTRY_COMPARE(arrived.size(), 4);
+    QVERIFY(stage->hear("QXUSB BAD CHECKSUM"));
+    QVERIFY(stage->hear("QXUSB BAD CHECKSUM"));
+    QCOMPARE(hand().logCount(rewritten(2)), 2);
+}
+
+void PipelineTest::aComplaintStartsTheWindowAnew()
+{
+    link();
+    SimulatorBehaviour complains;
+    complains.badChecksumEvery = 1;
+    const QElapsedTimer &answered = answerOnceLate(complains);
+    offer(1);
+    QTRY_COMPARE(arrived.size(), 3);
+    QVERIFY(answered.elapsed() >= windowMs);
+    QCOMPARE(hand().log(),
+             QStringList({written(1), heard("QXUSB BAD CHECKSUM"), rewritten(1), rewritten(1)}));
+}
+
+// The window of a frame that was answered does not run on into the next frame's.
+void PipelineTest::anAnsweredFrameIsNotSentAgain()
+{
+    link();
+    const QElapsedTimer &answered = answerOnceLate({});
+    offer(1);
+    offer(2);
+    QTRY_COMPARE(arrivedHys(), QList<int>({1, 2, 2}));
+    QVERIFY(answered.elapsed() >= windowMs);
+    QCOMPARE(hand().logCount(rewritten(1)), 0);
+}
+
+void PipelineTest::onlyTheNewestFrameWaits()
+{
+    link();
+    for (int hy : {1, 2, 3, 4})
+        offer(hy);
+    QCOMPARE(hand().log(), QStringList({written(1), queued(), queued(), queued()}));
+    QTRY_COMPARE(arrived.size(), 1);
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QTRY_COMPARE(hand().lastLog(), written(4));
+    QTRY_COMPARE(arrivedHys(), QList<int>({1, 4}));
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QCOMPARE(hand().statusBar(), outcome(success(), 2, 0));
+    QCoreApplication::processEvents();
+    QCOMPARE(hand().lastLog(), heard("QXUSB RX OK"));
+}
+
+void PipelineTest::theWaitingFrameFollowsEveryOutcome_data()
+{
+    QTest::addColumn<QByteArrayList>("answers");
+    QTest::addColumn<int>("failed");
+    QTest::newRow("accepted") << QByteArrayList{"QXUSB RX OK"} << 0;
+    QTest::newRow("A39 failed") << QByteArrayList{"QXUSB AC39 FAIL"} << 1;
+    QTest::newRow("given up") << QByteArrayList(3, "QXUSB BAD CHECKSUM") << 1;
+    QTest::newRow("accepted at the second write")
+        << QByteArrayList{"QXUSB BAD CHECKSUM", "QXUSB RX OK"} << 0;
+}
+
+void PipelineTest::theWaitingFrameFollowsEveryOutcome()
+{
+    QFETCH(QByteArrayList, answers);
+    QFETCH(int, failed);
+    link();
+    offer(1);
+    offer(2);
+    for (const QByteArray &answer : answers)
+        QVERIFY(stage->hear(answer));
+    QTRY_COMPARE(hand().lastLog(), written(2));
+    QCOMPARE(hand().row(6)->text().section(u" · "_s, 1),
+             u"OK %1 / FAIL %2"_s.arg(1 - failed).arg(failed));
+    QTRY_COMPARE(arrived.last().hy, 2);
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QCOMPARE(hand().statusBar(), outcome(success(), 2 - failed, failed));
+}
+
+void PipelineTest::theWaitingFrameIsOfferedOnTheNextTurn()
+{
+    link();
+    offer(1);
+    offer(2);
+    QString lastLog;
+    onNextTurnAfterStatus(outcome(success(), 1, 0), [&] { lastLog = hand().lastLog(); });
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QTRY_COMPARE(hand().lastLog(), written(2));
+    QCOMPARE(lastLog, heard("QXUSB RX OK"));
+}
+
+void PipelineTest::aNewerFrameTakesThePlaceOfTheOneOfferedAgain()
+{
+    link();
+    offer(1);
+    offer(2);
+    onNextTurnAfterStatus(outcome(success(), 1, 0), [this] { offer(3); });
+    clearLog();
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QTRY_COMPARE(hand().log(), QStringList({heard("QXUSB RX OK"), written(3), queued()}));
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QCoreApplication::processEvents();
+    QCOMPARE(arrivedHys(), QList<int>({1, 3})); // 2 is gone, as any frame that a newer one replaced
+    QCOMPARE(hand().statusBar(), outcome(success(), 2, 0));
+}
+
+void PipelineTest::theFrameOfferedAgainMeetsEveryCheck_data()
+{
+    QTest::addColumn<QString>("meanwhile");
+    QTest::newRow("the port was closed") << u"closed"_s;
+    QTest::newRow("demo mode was switched on") << u"demo"_s;
+    QTest::newRow("the handshake was restarted") << u"handshake"_s;
+}
+
+void PipelineTest::theFrameOfferedAgainMeetsEveryCheck()
+{
+    QFETCH(QString, meanwhile);
+    link();
+    offer(1);
+    offer(2);
+    onNextTurnAfterStatus(outcome(success(), 1, 0), [this, meanwhile] {
+        if (meanwhile == u"closed")
+            hand().click(hand().connectButton());
+        else if (meanwhile == u"demo")
+            hand().setDemo(true);
+        else
+            hand().click(hand().handshakeAgain());
+        clearLog();
+    });
+    QTRY_COMPARE(arrived.size(), 1);
+    player().say("QXUSB RX OK\n");
+    if (meanwhile == u"closed") {
+        QTRY_COMPARE(hand().log(), QStringList({refusedDisconnected()}));
+    } else if (meanwhile == u"demo") {
+        QTRY_COMPARE(hand().log(), QStringList({written(2), u"RX    QXUSB RX OK  (DEMO)"_s}));
+    } else {
+        QTRY_COMPARE(hand().logCount(written(2)), 1);
+        QCOMPARE(hand().log().first(2), QStringList({retained(), helloLine(1)}));
+        QTRY_COMPARE(arrivedHys(), QList<int>({1, 2}));
+    }
+}
+
+void PipelineTest::strayAcknowledgement()
+{
+    link();
+    stage->window().statusBar()->clearMessage();
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QCOMPARE(hand().row(6)->text(), u"TX 12 B / RX 21 B · OK 0 / FAIL 0"_s);
+    QCOMPARE(hand().statusBar(), QString());
+    QCOMPARE(hand().log(), QStringList({heard("QXUSB RX OK")}));
+}
+
+void PipelineTest::strayFailureCounts()
+{
+    link();
+    QVERIFY(stage->hear("QXUSB AC39 FAIL"));
+    QCOMPARE(hand().row(6)->text(), u"TX 12 B / RX 25 B · OK 0 / FAIL 1"_s);
+    QCOMPARE(hand().statusBar(), outcome(forwardingFailure(), 0, 1));
+    QCOMPARE(hand().log(), QStringList({heard("QXUSB AC39 FAIL")}));
+}
+
+void PipelineTest::strayComplaint()
+{
+    link();
+    const QString message = hand().statusBar();
+    QVERIFY(stage->hear("QXUSB BAD CHECKSUM"));
+    QCOMPARE(hand().log(), QStringList({heard("QXUSB BAD CHECKSUM")}));
+    QCOMPARE(hand().row(6)->text(), u"TX 12 B / RX 28 B · OK 0 / FAIL 0"_s);
+    QCOMPARE(hand().statusBar(), message);
+}
+
+void PipelineTest::needHelloTakesTheFrameBack_data()
+{
+    QTest::addColumn<bool>("another");
+    QTest::newRow("nothing waits") << false;
+    QTest::newRow("another frame waits: it is replaced") << true;
+}
+
+void PipelineTest::needHelloTakesTheFrameBack()
+{
+    QFETCH(bool, another);
+    link();
+    offer(1);
+    QVERIFY(stage->hear("QXUSB BAD CHECKSUM"));
+    QVERIFY(stage->hear("QXUSB BAD CHECKSUM")); // no write is left
+    if (another)
+        offer(2);
+    QTRY_COMPARE(arrived.size(), 3);
+    player().setBehaviour(leavesAnswersToUs(false));
+    clearLog();
+    QVERIFY(stage->hear("QXUSB NEED HELLO"));
+    QTRY_COMPARE(hand().log().last(), helloLine(2)); // a second later, more than the 800 ms
+    QCOMPARE(hand().log(), QStringList({heard("QXUSB NEED HELLO"), helloLine(1), helloLine(2)}));
+    QVERIFY(hand().row(6)->text().endsWith(u"OK 0 / FAIL 0"_s));
+
+    QString afterOk;
+    onNextTurnAfterStatus(either(u"QXUSB handshake succeeded; playback frames can now be sent"_s,
+                                 u"QXUSB 握手成功，可以发送播放帧"_s),
+                          [&] { afterOk = hand().lastLog(); });
+    clearLog();
+    QVERIFY(stage->hear("QXUSB OK"));
+    QTRY_VERIFY(!afterOk.isEmpty());
+    QCOMPARE(afterOk, written(1)); // at once, not on a later turn
+    QVERIFY(stage->hear("QXUSB BAD CHECKSUM"));
+    QVERIFY(stage->hear("QXUSB BAD CHECKSUM"));
+    QCOMPARE(hand().logCount(rewritten(1)), 2); // a fresh count
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QCOMPARE(hand().statusBar(), outcome(success(), 1, 0));
+    QCoreApplication::processEvents();
+    QVERIFY(!arrivedHys().contains(2));
+}
+
+void PipelineTest::framesWaitForTheHandshake()
+{
+    player().setBehaviour(leavesAnswersToUs(false));
+    QVERIFY(stage->connectPort());
+    QVERIFY(stage->hear("QXUSB READY")); // attempt 2
+    clearLog();
+    offer(1);
+    offer(2);
+    QCOMPARE(hand().log(), QStringList({retained(), helloLine(1), retained(), helloLine(1)}));
+    QCOMPARE(hand().linkText()->text(), either(u"Handshaking (1)"_s, u"握手中（1）"_s));
+    QTRY_COMPARE(player().helloCount(), 4);
+    QCOMPARE(arrived.size(), 0);
+    QVERIFY(stage->hear("QXUSB OK"));
+    QCOMPARE(hand().log().last(2), QStringList({heard("QXUSB OK"), written(2)}));
+    QTRY_COMPARE(arrivedHys(), QList<int>{2});
+}
+
+void PipelineTest::aFailureBeforeTheHandshakeKeepsTheWaitingFrame()
+{
+    player().setBehaviour(leavesAnswersToUs(false));
+    QVERIFY(stage->connectPort());
+    offer(1);
+    QVERIFY(stage->hear("QXUSB AC39 FAIL"));
+    QCOMPARE(hand().statusBar(), outcome(forwardingFailure(), 0, 1));
+    QCoreApplication::processEvents();
+    QCOMPARE(hand().logCount(written(1)), 0);
+    QVERIFY(stage->hear("QXUSB OK"));
+    QCOMPARE(hand().lastLog(), written(1));
+}
+
+void PipelineTest::withoutAPort()
+{
+    hand().setDemo(false);
+    clearLog();
+    offer(1);
+    QCOMPARE(hand().log(), QStringList({refusedDisconnected()}));
+    link();
+    QVERIFY(stage->hear("QXUSB OK")); // would release a frame that waits
+    QCOMPARE(hand().log(), QStringList({heard("QXUSB OK")}));
+    offer(2);
+    QTRY_COMPARE(arrivedHys(), QList<int>{2});
+}
+
+void PipelineTest::demoSucceedsAtOnce()
+{
+    const QString message = hand().statusBar();
+    clearLog();
+    for (int hy : {1, 2, 3})
+        offer(hy);
+    const QString answer = u"RX    QXUSB RX OK  (DEMO)"_s;
+    QCOMPARE(hand().log(),
+             QStringList({written(1), answer, written(2), answer, written(3), answer}));
+    QCOMPARE(hand().row(6)->text(), u"TX 60 B / RX 36 B · OK 3 / FAIL 0"_s);
+    QCOMPARE(hand().statusBar(), message);
+    QCoreApplication::processEvents();
+    QCOMPARE(player().counts().bytesReceived, 0);
+}
+
+void PipelineTest::invalidFrames_data()
+{
+    QTest::addColumn<QByteArray>("frame");
+    const QByteArray good = Protocol::encodeControlFrame({});
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("one byte short") << good.first(19);
+    QTest::newRow("one byte too many") << good + '\0';
+    QTest::newRow("wrong header") << good.left(5) + '\x18' + good.mid(6, 13) + '\x29';
+    QTest::newRow("wrong checksum") << good.first(19) + '\x27';
+}
+
+// Refused in demo mode, disconnected, linked alike.
+void PipelineTest::invalidFrames()
+{
+    QFETCH(QByteArray, frame);
+    const QString refused =
+        either(u"ERR   Frame not sent: invalid 20-byte header or XOR checksum"_s,
+               u"ERR   20字节帧头或XOR无效，未发送"_s);
+    clearLog();
+    stage->window().transmitFrame(frame);
+    hand().setDemo(false);
+    stage->window().transmitFrame(frame);
+    QCOMPARE(hand().log("ERR").size(), 2);
+    QCOMPARE(hand().logCount(refused), 2);
+    link();
+    stage->window().transmitFrame(frame);
+    QCOMPARE(hand().log(), QStringList({refused}));
+    QCOMPARE(hand().row(6)->text(), u"TX 12 B / RX 9 B · OK 0 / FAIL 0"_s);
+    QCoreApplication::processEvents();
+    QCOMPARE(player().counts().bytesReceived, 12);
+}
+
+void PipelineTest::anInvalidFrameDisplacesNothing()
+{
+    link();
+    offer(1);
+    offer(2);
+    onNextTurnAfterStatus(outcome(success(), 1, 0),
+                          [this] { stage->window().transmitFrame("no frame"); });
+    QVERIFY(stage->hear("QXUSB RX OK"));
+    QTRY_COMPARE(hand().lastLog(), written(2));
+}
+
+void PipelineTest::anInvalidReservedFieldIsNotSent()
+{
+    link();
+    hand().type(hand().reserved(), u"00 00 00 00 00"_s);
+    hand().click(hand().sendFrame());
+    QCOMPARE(hand().log(),
+             QStringList({either(u"ERR   Frame not sent: the reserved field is not 6 HEX bytes"_s,
+                                 u"ERR   保留字段不是6个HEX字节，未发送"_s)}));
+    QCoreApplication::processEvents();
+    QCOMPARE(arrived.size(), 0);
+}
+
+QTEST_MAIN(PipelineTest)
+#include "tst_pipeline.moc"

@@ -1,0 +1,861 @@
+// SPDX-License-Identifier: MIT
+#include "i18n/language.h"
+#include "tests/widgets/magnified.h"
+#include "widgets/playerpanel.h"
+#include "widgets/toggleswitch.h"
+#include "widgets/transportbutton.h"
+
+#include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <utility>
+
+using qx::Language;
+using qx::PlaybackState;
+using qx::PlayerPanel;
+using qx::ToggleSwitch;
+using qx::TransportButton;
+using qx::UiLanguage;
+using qx::test::Magnified;
+
+namespace {
+
+// Where the children stand, in the panel's coordinates.
+constexpr QRect summaryBox(9, 5, 652, 100);
+constexpr QRect fileTotal(22, 28, 190, 26);
+constexpr QRect frameTotal(214, 28, 150, 26);
+constexpr QRect timeLabel(22, 60, 280, 28);
+constexpr QRect badge(370, 26, 92, 30);
+constexpr QRect connection(472, 26, 178, 30);
+constexpr QRect transportBox(18, 128, 362, 186);
+constexpr QRect replaySwitch(304, 62, 74, 34);
+constexpr QRect replayLabel(230, 64, 70, 30);
+constexpr QRect replayState(386, 64, 48, 30);
+constexpr QRect increaseButton(520, 117, 78, 68);
+constexpr QRect fileName(504, 189, 128, 42);
+constexpr QRect fileCaption(520, 229, 96, 28);
+constexpr QRect decreaseButton(520, 261, 78, 68);
+constexpr QRect seekSlider(38, 356, 480, 42);
+constexpr QRect position(224, 331, 160, 30);
+constexpr QRect timeCaption(24, 419, 62, 34);
+constexpr QRect intervalSlider(86, 414, 395, 42);
+constexpr QRect modelLine(24, 480, 350, 22);
+
+constexpr QRect allChildren[] = {
+    summaryBox,   fileTotal,   frameTotal,  timeLabel,      badge,     connection,  transportBox,
+    replaySwitch, replayLabel, replayState, increaseButton, fileName,  fileCaption, decreaseButton,
+    seekSlider,   position,    timeCaption, intervalSlider, modelLine,
+};
+
+const auto byDefault = Qt::AlignLeft | Qt::AlignVCenter;
+
+template<typename Widget>
+Widget *childIn(const PlayerPanel &panel, const QRect &rect)
+{
+    const auto children = panel.findChildren<Widget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (Widget *child : children) {
+        if (child->geometry() == rect)
+            return child;
+    }
+    return nullptr;
+}
+
+QString textIn(const PlayerPanel &panel, const QRect &rect)
+{
+    const auto *label = childIn<QLabel>(panel, rect);
+    return label ? label->text() : QStringLiteral("no label there");
+}
+
+QString sheetIn(const PlayerPanel &panel, const QRect &rect)
+{
+    return childIn<QLabel>(panel, rect)->styleSheet();
+}
+
+TransportButton *transportButton(const PlayerPanel &panel, const char *name)
+{
+    return panel.findChild<TransportButton *>(QLatin1String(name));
+}
+
+// What the panel emits, in order, as text: "seekRequested(7)".
+class Emitted
+{
+public:
+    explicit Emitted(PlayerPanel &panel)
+    {
+        QObject::connect(&panel, &PlayerPanel::playRequested, &panel, [this] { add("play"); });
+        QObject::connect(&panel, &PlayerPanel::pauseRequested, &panel, [this] { add("pause"); });
+        QObject::connect(&panel, &PlayerPanel::stopRequested, &panel, [this] { add("stop"); });
+        QObject::connect(&panel, &PlayerPanel::homeRequested, &panel, [this] { add("home"); });
+        QObject::connect(&panel, &PlayerPanel::fileChanged, &panel,
+                         [this](int index) { add("file %1", index); });
+        QObject::connect(&panel, &PlayerPanel::repeatChanged, &panel,
+                         [this](bool on) { add(on ? "repeat on" : "repeat off"); });
+        QObject::connect(&panel, &PlayerPanel::intervalChanged, &panel,
+                         [this](int ms) { add("interval %1", ms); });
+        QObject::connect(&panel, &PlayerPanel::seekStarted, &panel, [this] { add("grab"); });
+        QObject::connect(&panel, &PlayerPanel::seekPreviewRequested, &panel,
+                         [this](int frame) { add("preview %1", frame); });
+        QObject::connect(&panel, &PlayerPanel::seekRequested, &panel,
+                         [this](int frame) { add("seek %1", frame); });
+    }
+
+    QStringList take() { return std::exchange(signalsSeen, {}); }
+
+private:
+    void add(const char *what) { signalsSeen.append(QLatin1String(what)); }
+    void add(const char *what, int number)
+    {
+        signalsSeen.append(QString::fromLatin1(what).arg(number));
+    }
+
+    QStringList signalsSeen;
+};
+
+QRect handleOf(const QSlider *slider, int value)
+{
+    QStyleOptionSlider option;
+    option.initFrom(slider);
+    option.orientation = Qt::Horizontal;
+    option.minimum = slider->minimum();
+    option.maximum = slider->maximum();
+    option.sliderPosition = value;
+    option.sliderValue = value;
+    option.subControls = QStyle::SC_All;
+    return slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle,
+                                           slider);
+}
+
+QPoint handlePoint(const QSlider *slider, int value)
+{
+    return handleOf(slider, value).center();
+}
+
+} // namespace
+
+class TestPlayerPanel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { Language::setCurrent(UiLanguage::English); }
+
+    void panelIsAFixedStyledScreen();
+    void panelPaintsItsOwnBackground();
+    void childrenStandWhereTheyBelong();
+    void labels_data();
+    void labels();
+    void boxesHaveNamesAndTitles();
+    void transportButtonsStandInTheirBox_data();
+    void transportButtonsStandInTheirBox();
+    void fileButtonsAndSwitch();
+    void slidersBeginWhereTheyBelong();
+    void thereIsNoHomeButton();
+    void initialState();
+    void operableControlsHaveNames();
+
+    void transportClicksAreRequests();
+    void replaySwitchReportsAndShows();
+    void fileButtonsStepThroughTheFiles();
+    void fileButtonsStopAtTheLastKnownFile();
+    void withUnknownCountTheFilesEndAt9999();
+
+    void dragOfTheSeekHandle();
+    void pressAndReleaseOfTheSeekHandle();
+    void dragOfTheTimeHandle();
+    void keyboardWheelAndGrooveRequestNothing_data();
+    void keyboardWheelAndGrooveRequestNothing();
+
+    void currentFrameIsClamped_data();
+    void currentFrameIsClamped();
+    void totalIsClampedAndTakesTheFrameAlong_data();
+    void totalIsClampedAndTakesTheFrameAlong();
+    void fileIndexIsClamped_data();
+    void fileIndexIsClamped();
+    void fileCountKeepsTheName();
+    void intervalIsClamped_data();
+    void intervalIsClamped();
+    void connectionShowsTextAndColour_data();
+    void connectionShowsTextAndColour();
+    void stateShowsTextAndColours_data();
+    void stateShowsTextAndColours();
+    void repeatIsShown();
+    void whiteLevelIsNotShown();
+    void settersEmitNothing();
+    void settersLeaveBlockedChildrenBlocked();
+    void languageChange();
+};
+
+void TestPlayerPanel::panelIsAFixedStyledScreen()
+{
+    const PlayerPanel panel;
+    QCOMPARE(panel.objectName(), QStringLiteral("playerMirror"));
+    QCOMPARE(panel.sizeHint(), QSize(680, 520));
+    QCOMPARE(panel.minimumSize(), QSize(680, 520));
+    QCOMPARE(panel.maximumSize(), QSize(680, 520));
+    QCOMPARE(
+        panel.styleSheet(),
+        QStringLiteral(
+            "QWidget#playerMirror {  background:#191c1f;  border:1px solid #3b4045;  "
+            "border-radius:16px;}QGroupBox#summaryGroup {  color:#1479e8; background:transparent; "
+            "border:1px solid #1479e8;  border-radius:8px; margin-top:14px; padding-top:8px;}"
+            "QGroupBox#summaryGroup::title {  subcontrol-origin:margin; left:16px; padding:0 "
+            "6px;}QGroupBox#transportGroup {  color:#1479e8; background:transparent; border:1px "
+            "solid #1479e8;  border-radius:8px; margin-top:14px; padding-top:8px;}"
+            "QGroupBox#transportGroup::title {  subcontrol-origin:margin; left:16px; padding:0 "
+            "6px;}QLabel { color:#f1f3f5; background:transparent; }QSlider::groove:horizontal {  "
+            "height:10px; border-radius:5px; background:#101214;  border:1px solid #3b4045;}"
+            "QSlider::sub-page:horizontal {  background:#1479e8; border-radius:5px;}"
+            "QSlider::handle:horizontal {  width:22px; margin:-7px 0; border-radius:11px;  "
+            "background:#f1f3f5; border:2px solid #1479e8;}QSlider::handle:horizontal:hover { "
+            "background:#ffffff; border-color:#2994ff; }"));
+}
+
+void TestPlayerPanel::panelPaintsItsOwnBackground()
+{
+    PlayerPanel panel;
+    const Magnified picture(panel);
+    QVERIFY(picture.shows({600, 460}, QColor(0x191c1f)));
+    QVERIFY(picture.shows({340, 0.5}, QColor(0x3b4045))); // the border
+    QCOMPARE(picture.at({1.5, 1.5}).alpha(), 0);          // outside the round corner
+}
+
+void TestPlayerPanel::childrenStandWhereTheyBelong()
+{
+    const PlayerPanel panel;
+    QList<QRect> found;
+    const auto children = panel.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QWidget *child : children)
+        found.append(child->geometry());
+    for (const QRect &rect : allChildren)
+        QVERIFY2(found.removeOne(rect),
+                 qPrintable(QStringLiteral("nothing at %1, %2").arg(rect.x()).arg(rect.y())));
+    QCOMPARE(found, QList<QRect>());
+}
+
+void TestPlayerPanel::labels_data()
+{
+    QTest::addColumn<QRect>("rect");
+    QTest::addColumn<int>("pointSize");
+    QTest::addColumn<bool>("bold");
+    QTest::addColumn<Qt::Alignment>("alignment");
+    QTest::addColumn<QString>("english");
+    QTest::addColumn<QString>("chinese");
+    QTest::addColumn<QString>("sheet");
+    const auto row = [](const char *name, const QRect &rect, int pointSize, bool bold,
+                        Qt::Alignment alignment, const char *english, const char *chinese,
+                        const char *sheet = "") {
+        QTest::newRow(name) << rect << pointSize << bold << alignment << QString::fromUtf8(english)
+                            << QString::fromUtf8(chinese) << QString::fromUtf8(sheet);
+    };
+    const auto right = Qt::AlignRight | Qt::AlignVCenter;
+    row("file total", fileTotal, 12, true, byDefault, "File Total: 0", "文件总数：0");
+    row("frame total", frameTotal, 12, true, byDefault, "Total: 0", "总帧数：0");
+    row("time", timeLabel, 11, false, byDefault, "Time: 50 ms   20.00 fps",
+        "间隔：50 ms   20.00 fps");
+    row("state badge", badge, 10, true, Qt::AlignCenter, "Stopped", "已停止",
+        "background:#2a2e32;color:#f1f3f5;border:1px solid #3b4045;border-radius:14px;");
+    row("connection", connection, 10, false, right, "Not connected", "未连接", "color:#a8adb0;");
+    row("replay", replayLabel, 10, true, right, "Replay", "循环");
+    row("replay state", replayState, 10, true, byDefault, "OFF", "OFF", "color:#747a7e;");
+    row("file name", fileName, 17, true, Qt::AlignCenter, "0.bin", "0.bin");
+    row("file caption", fileCaption, 10, true, Qt::AlignCenter, "FILE", "文件");
+    row("position", position, 10, true, Qt::AlignCenter, "0 / 0", "0 / 0");
+    row("time caption", timeCaption, 10, true, Qt::AlignCenter, "Time", "间隔");
+    row("model line", modelLine, 8, false, byDefault, "Tessaly-Master", "Tessaly-Master",
+        "color:#747a7e;");
+}
+
+void TestPlayerPanel::labels()
+{
+    QFETCH(const QRect, rect);
+    QFETCH(const bool, bold);
+    PlayerPanel panel;
+    const auto *label = childIn<QLabel>(panel, rect);
+    QVERIFY(label);
+    QTEST(label->font().pointSize(), "pointSize");
+    QCOMPARE(label->font().weight(), bold ? QFont::Bold : QFont::Normal);
+    QTEST(label->alignment(), "alignment");
+    QTEST(label->text(), "english");
+    QTEST(label->styleSheet(), "sheet");
+    Language::setCurrent(UiLanguage::Chinese);
+    panel.retranslateUi();
+    QTEST(label->text(), "chinese");
+    QTEST(textIn(PlayerPanel(), rect), "chinese");
+}
+
+void TestPlayerPanel::boxesHaveNamesAndTitles()
+{
+    PlayerPanel panel;
+    const auto *summary = childIn<QGroupBox>(panel, summaryBox);
+    const auto *transport = childIn<QGroupBox>(panel, transportBox);
+    QCOMPARE(summary->objectName(), QStringLiteral("summaryGroup"));
+    QCOMPARE(summary->title(), QStringLiteral("Information"));
+    QCOMPARE(transport->objectName(), QStringLiteral("transportGroup"));
+    QCOMPARE(transport->title(), QStringLiteral("Playback Controls"));
+
+    // Created first, so that nothing that stands in them is covered.
+    const auto children = panel.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    QCOMPARE(children.at(0), summary);
+    QCOMPARE(children.at(1), transport);
+}
+
+void TestPlayerPanel::transportButtonsStandInTheirBox_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QRect>("rect");
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("stop") << QStringLiteral("transportStopButton") << QRect(18, 48, 88, 76)
+                          << QStringLiteral("Stop");
+    QTest::newRow("pause") << QStringLiteral("transportPauseButton") << QRect(124, 48, 88, 76)
+                           << QStringLiteral("Pause");
+    QTest::newRow("play") << QStringLiteral("transportPlayButton") << QRect(230, 48, 88, 76)
+                          << QStringLiteral("Play");
+}
+
+void TestPlayerPanel::transportButtonsStandInTheirBox()
+{
+    QFETCH(const QString, name);
+    const PlayerPanel panel;
+    const auto *button = panel.findChild<TransportButton *>(name);
+    QVERIFY(button);
+    QCOMPARE(button->parentWidget(), childIn<QGroupBox>(panel, transportBox));
+    QTEST(button->geometry(), "rect");
+    QTEST(button->accessibleName(), "kind");
+}
+
+void TestPlayerPanel::fileButtonsAndSwitch()
+{
+    const PlayerPanel panel;
+    QCOMPARE(childIn<TransportButton>(panel, increaseButton)->accessibleName(),
+             QStringLiteral("Increase"));
+    QCOMPARE(childIn<TransportButton>(panel, decreaseButton)->accessibleName(),
+             QStringLiteral("Decrease"));
+    QVERIFY(!childIn<ToggleSwitch>(panel, replaySwitch)->isChecked());
+}
+
+void TestPlayerPanel::slidersBeginWhereTheyBelong()
+{
+    const PlayerPanel panel;
+    const auto *seek = childIn<QSlider>(panel, seekSlider);
+    QCOMPARE(seek->objectName(), QStringLiteral("frameSeekSlider"));
+    QCOMPARE(seek->orientation(), Qt::Horizontal);
+    QCOMPARE(seek->minimum(), 0);
+    QCOMPARE(seek->maximum(), 0);
+    const auto *interval = childIn<QSlider>(panel, intervalSlider);
+    QCOMPARE(interval->orientation(), Qt::Horizontal);
+    QCOMPARE(interval->minimum(), 30);
+    QCOMPARE(interval->maximum(), 150);
+    QCOMPARE(interval->value(), 50);
+}
+
+void TestPlayerPanel::thereIsNoHomeButton()
+{
+    const PlayerPanel panel;
+    QStringList names;
+    const auto buttons = panel.findChildren<TransportButton *>();
+    for (const TransportButton *button : buttons)
+        names.append(button->accessibleName());
+    names.sort();
+    QCOMPARE(names, (QStringList{QStringLiteral("Decrease"), QStringLiteral("Increase"),
+                                 QStringLiteral("Pause"), QStringLiteral("Play"),
+                                 QStringLiteral("Stop")}));
+}
+
+void TestPlayerPanel::initialState()
+{
+    const PlayerPanel panel;
+    QCOMPARE(panel.playbackState(), PlaybackState::Stopped);
+    QCOMPARE(panel.currentFrame(), 0);
+    QCOMPARE(panel.totalFrames(), 0);
+    QCOMPARE(panel.intervalMs(), 50);
+    QCOMPARE(panel.fileIndex(), 0);
+    QVERIFY(!panel.repeatEnabled());
+}
+
+void TestPlayerPanel::operableControlsHaveNames()
+{
+    PlayerPanel panel;
+    QCOMPARE(childIn<QSlider>(panel, seekSlider)->accessibleName(), QStringLiteral("Frame"));
+    QCOMPARE(childIn<QSlider>(panel, intervalSlider)->accessibleName(), QStringLiteral("Time"));
+    QCOMPARE(childIn<ToggleSwitch>(panel, replaySwitch)->accessibleName(),
+             QStringLiteral("Replay"));
+    Language::setCurrent(UiLanguage::Chinese);
+    panel.retranslateUi();
+    QCOMPARE(childIn<QSlider>(panel, intervalSlider)->accessibleName(), QStringLiteral("间隔"));
+    QCOMPARE(childIn<ToggleSwitch>(panel, replaySwitch)->accessibleName(), QStringLiteral("循环"));
+}
+
+void TestPlayerPanel::transportClicksAreRequests()
+{
+    PlayerPanel panel;
+    Emitted emitted(panel);
+    QTest::mouseClick(transportButton(panel, "transportPlayButton"), Qt::LeftButton);
+    QTest::mouseClick(transportButton(panel, "transportPauseButton"), Qt::LeftButton);
+    QTest::mouseClick(transportButton(panel, "transportStopButton"), Qt::LeftButton);
+    QCOMPARE(emitted.take(), (QStringList{QStringLiteral("play"), QStringLiteral("pause"),
+                                          QStringLiteral("stop")}));
+    // It shows what it is told, not what it was asked for.
+    QCOMPARE(panel.playbackState(), PlaybackState::Stopped);
+}
+
+void TestPlayerPanel::replaySwitchReportsAndShows()
+{
+    PlayerPanel panel;
+    Emitted emitted(panel);
+    auto *toggle = childIn<ToggleSwitch>(panel, replaySwitch);
+    QTest::mouseClick(toggle, Qt::LeftButton);
+    QCOMPARE(emitted.take(), QStringList{QStringLiteral("repeat on")});
+    QVERIFY(panel.repeatEnabled());
+    QCOMPARE(textIn(panel, replayState), QStringLiteral("ON"));
+    QCOMPARE(sheetIn(panel, replayState), QStringLiteral("color:#1479e8;"));
+    QTest::mouseClick(toggle, Qt::LeftButton);
+    QCOMPARE(emitted.take(), QStringList{QStringLiteral("repeat off")});
+    QCOMPARE(textIn(panel, replayState), QStringLiteral("OFF"));
+    QCOMPARE(sheetIn(panel, replayState), QStringLiteral("color:#747a7e;"));
+}
+
+void TestPlayerPanel::fileButtonsStepThroughTheFiles()
+{
+    PlayerPanel panel;
+    panel.setFileCount(256);
+    panel.setTotalFrames(100);
+    panel.setCurrentFrame(60);
+    panel.setFileIndex(4, QStringLiteral("show.bin"));
+    Emitted emitted(panel);
+    QTest::mouseClick(childIn<TransportButton>(panel, increaseButton), Qt::LeftButton);
+    QCOMPARE(emitted.take(), QStringList{QStringLiteral("file 5")});
+    QCOMPARE(textIn(panel, fileName), QStringLiteral("5.bin"));
+    QCOMPARE(panel.currentFrame(), 0);
+    QCOMPARE(childIn<QSlider>(panel, seekSlider)->value(), 0);
+    QCOMPARE(textIn(panel, position), QStringLiteral("0 / 100"));
+    QTest::mouseClick(childIn<TransportButton>(panel, decreaseButton), Qt::LeftButton);
+    QCOMPARE(emitted.take(), QStringList{QStringLiteral("file 4")});
+    QCOMPARE(textIn(panel, fileName), QStringLiteral("4.bin"));
+}
+
+void TestPlayerPanel::fileButtonsStopAtTheLastKnownFile()
+{
+    PlayerPanel panel;
+    panel.setTotalFrames(100);
+    panel.setFileCount(3);
+    panel.setFileIndex(2, QStringLiteral("last.bin"));
+    panel.setCurrentFrame(7);
+    Emitted emitted(panel);
+    QTest::mouseClick(childIn<TransportButton>(panel, increaseButton), Qt::LeftButton);
+    QCOMPARE(emitted.take(), QStringList());
+    QCOMPARE(textIn(panel, fileName), QStringLiteral("last.bin"));
+    QCOMPARE(panel.currentFrame(), 7);
+    QTest::mouseClick(childIn<TransportButton>(panel, decreaseButton), Qt::LeftButton);
+    QCOMPARE(emitted.take(), QStringList{QStringLiteral("file 1")});
+    QCOMPARE(textIn(panel, fileName), QStringLiteral("1.bin"));
+    QCOMPARE(panel.currentFrame(), 0);
+}
+
+void TestPlayerPanel::withUnknownCountTheFilesEndAt9999()
+{
+    PlayerPanel panel;
+    Emitted emitted(panel);
+    QTest::mouseClick(childIn<TransportButton>(panel, decreaseButton), Qt::LeftButton);
+    QCOMPARE(emitted.take(), QStringList());
+    panel.setFileIndex(9998, QString());
+    QTest::mouseClick(childIn<TransportButton>(panel, increaseButton), Qt::LeftButton);
+    QCOMPARE(emitted.take(), QStringList{QStringLiteral("file 9999")});
+    QTest::mouseClick(childIn<TransportButton>(panel, increaseButton), Qt::LeftButton);
+    QCOMPARE(emitted.take(), QStringList());
+    QCOMPARE(textIn(panel, fileName), QStringLiteral("9999.bin"));
+}
+
+void TestPlayerPanel::dragOfTheSeekHandle()
+{
+    PlayerPanel panel;
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    panel.setTotalFrames(1800);
+    panel.setCurrentFrame(300);
+    auto *slider = childIn<QSlider>(panel, seekSlider);
+    Emitted emitted(panel);
+
+    QPoint hand = handlePoint(slider, 300);
+    QTest::mousePress(slider, Qt::LeftButton, {}, hand);
+    QCOMPARE(emitted.take(), QStringList{QStringLiteral("grab")});
+    int last = 300;
+    for (int step = 0; step < 12; ++step) {
+        hand += QPoint(step < 8 ? 9 : -5, 0); // forth and a little back
+        QTest::mouseMove(slider, hand);
+        const int now = slider->value();
+        QVERIFY(step < 8 ? now > last : now < last);
+        QCOMPARE(emitted.take(), QStringList{QStringLiteral("preview %1").arg(now)});
+        QCOMPARE(panel.currentFrame(), now);
+        QCOMPARE(textIn(panel, position), QStringLiteral("%1 / 1800").arg(now));
+        last = now;
+    }
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, hand);
+    QCOMPARE(emitted.take(), QStringList{QStringLiteral("seek %1").arg(last)});
+}
+
+void TestPlayerPanel::pressAndReleaseOfTheSeekHandle()
+{
+    PlayerPanel panel;
+    panel.setTotalFrames(100);
+    panel.setCurrentFrame(40);
+    auto *slider = childIn<QSlider>(panel, seekSlider);
+    Emitted emitted(panel);
+    QTest::mousePress(slider, Qt::LeftButton, {}, handlePoint(slider, 40));
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, handlePoint(slider, 40));
+    QCOMPARE(emitted.take(), (QStringList{QStringLiteral("grab"), QStringLiteral("seek 40")}));
+}
+
+void TestPlayerPanel::dragOfTheTimeHandle()
+{
+    PlayerPanel panel;
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    auto *slider = childIn<QSlider>(panel, intervalSlider);
+    Emitted emitted(panel);
+    QPoint hand = handlePoint(slider, 50);
+    QTest::mousePress(slider, Qt::LeftButton, {}, hand);
+    for (int step = 0; step < 8; ++step) {
+        hand += QPoint(20, 0);
+        QTest::mouseMove(slider, hand);
+        const int ms = slider->value();
+        QCOMPARE(textIn(panel, timeLabel), QStringLiteral("Time: %1 ms   %2 fps")
+                                               .arg(ms)
+                                               .arg(1000.0 / ms, 0, 'f', 2)); // follows at once
+        QCOMPARE(emitted.take(), QStringList());
+    }
+    const int released = slider->value();
+    QVERIFY(released > 80);
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, hand);
+    QCOMPARE(emitted.take(), QStringList{QStringLiteral("interval %1").arg(released)});
+    QCOMPARE(panel.intervalMs(), released);
+}
+
+void TestPlayerPanel::keyboardWheelAndGrooveRequestNothing_data()
+{
+    QTest::addColumn<QRect>("which");
+    QTest::newRow("frame slider") << seekSlider;
+    QTest::newRow("Time slider") << intervalSlider;
+}
+
+void TestPlayerPanel::keyboardWheelAndGrooveRequestNothing()
+{
+    QFETCH(const QRect, which);
+    PlayerPanel panel;
+    panel.setTotalFrames(1800);
+    auto *slider = childIn<QSlider>(panel, which);
+    Emitted emitted(panel);
+    const QString before = textIn(panel, position) + textIn(panel, timeLabel);
+
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Left, Qt::Key_End,
+                              Qt::Key_Home, Qt::Key_End}) {
+        const int value = slider->value();
+        QTest::keyClick(slider, key);
+        QVERIFY(slider->value() != value);
+    }
+    const QPointF middle = QRectF(slider->rect()).center();
+    QWheelEvent wheel(middle, slider->mapToGlobal(middle), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    int value = slider->value();
+    QApplication::sendEvent(slider, &wheel);
+    QVERIFY(slider->value() != value);
+
+    value = slider->value();
+    QTest::mouseClick(slider, Qt::LeftButton, {}, handlePoint(slider, slider->minimum()));
+    QVERIFY(slider->value() < value);
+
+    QVERIFY(textIn(panel, position) + textIn(panel, timeLabel) != before); // the read-out follows
+    if (which == seekSlider)
+        QCOMPARE(panel.currentFrame(), slider->value());
+    QCOMPARE(emitted.take(), QStringList());
+}
+
+void TestPlayerPanel::currentFrameIsClamped_data()
+{
+    QTest::addColumn<int>("frame");
+    QTest::addColumn<int>("shown");
+    QTest::newRow("negative") << -1 << 0;
+    QTest::newRow("first") << 0 << 0;
+    QTest::newRow("inside") << 55 << 55;
+    QTest::newRow("last") << 100 << 100;
+    QTest::newRow("behind the last") << 101 << 100;
+    QTest::newRow("far behind the last") << 500 << 100;
+}
+
+void TestPlayerPanel::currentFrameIsClamped()
+{
+    QFETCH(const int, frame);
+    QFETCH(const int, shown);
+    PlayerPanel panel;
+    panel.setTotalFrames(100);
+    panel.setCurrentFrame(frame);
+    QCOMPARE(panel.currentFrame(), shown);
+    QCOMPARE(childIn<QSlider>(panel, seekSlider)->value(), shown);
+    QCOMPARE(textIn(panel, position), QStringLiteral("%1 / 100").arg(shown));
+}
+
+void TestPlayerPanel::totalIsClampedAndTakesTheFrameAlong_data()
+{
+    QTest::addColumn<int>("total");
+    QTest::addColumn<int>("shownTotal");
+    QTest::addColumn<int>("shownFrame");
+    QTest::newRow("negative") << -5 << 0 << 0;
+    QTest::newRow("zero") << 0 << 0 << 0;
+    QTest::newRow("below the frame") << 30 << 30 << 30;
+    QTest::newRow("at the frame") << 40 << 40 << 40;
+    QTest::newRow("above the frame") << 65535 << 65535 << 40;
+}
+
+void TestPlayerPanel::totalIsClampedAndTakesTheFrameAlong()
+{
+    QFETCH(const int, total);
+    QFETCH(const int, shownTotal);
+    QFETCH(const int, shownFrame);
+    PlayerPanel panel;
+    panel.setTotalFrames(100);
+    panel.setCurrentFrame(40);
+    panel.setTotalFrames(total);
+    QCOMPARE(panel.totalFrames(), shownTotal);
+    QCOMPARE(panel.currentFrame(), shownFrame);
+    const auto *slider = childIn<QSlider>(panel, seekSlider);
+    QCOMPARE(slider->minimum(), 0);
+    QCOMPARE(slider->maximum(), shownTotal);
+    QCOMPARE(slider->value(), shownFrame);
+    QCOMPARE(textIn(panel, frameTotal), QStringLiteral("Total: %1").arg(shownTotal));
+    QCOMPARE(textIn(panel, position), QStringLiteral("%1 / %2").arg(shownFrame).arg(shownTotal));
+}
+
+void TestPlayerPanel::fileIndexIsClamped_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("keptIndex");
+    QTest::addColumn<QString>("shown");
+    const QString none;
+    const QString named = QStringLiteral("show.bin");
+    QTest::newRow("named") << 256 << 4 << named << 4 << named;
+    QTest::newRow("without a name") << 256 << 4 << none << 4 << QStringLiteral("4.bin");
+    QTest::newRow("negative") << 256 << -3 << none << 0 << QStringLiteral("0.bin");
+    QTest::newRow("behind the last") << 3 << 7 << none << 2 << QStringLiteral("2.bin");
+    QTest::newRow("behind the last, named") << 3 << 7 << named << 2 << named;
+    QTest::newRow("count unknown") << 0 << 9999 << none << 9999 << QStringLiteral("9999.bin");
+    QTest::newRow("count unknown, too large")
+        << 0 << 10000 << none << 9999 << QStringLiteral("9999.bin");
+    QTest::newRow("name with a placeholder")
+        << 256 << 4 << QStringLiteral("50%1.bin") << 4 << QStringLiteral("50%1.bin");
+}
+
+void TestPlayerPanel::fileIndexIsClamped()
+{
+    QFETCH(const int, count);
+    QFETCH(const int, index);
+    QFETCH(const QString, name);
+    PlayerPanel panel;
+    panel.setFileCount(count);
+    panel.setFileIndex(index, name);
+    QTEST(panel.fileIndex(), "keptIndex");
+    QTEST(textIn(panel, fileName), "shown");
+}
+
+void TestPlayerPanel::fileCountKeepsTheName()
+{
+    PlayerPanel panel;
+    panel.setFileIndex(9, QString());
+    panel.setFileCount(3);
+    QCOMPARE(panel.fileIndex(), 2);
+    QCOMPARE(textIn(panel, fileName), QStringLiteral("9.bin"));
+    QCOMPARE(textIn(panel, fileTotal), QStringLiteral("File Total: 3"));
+    panel.setFileCount(-1);
+    QCOMPARE(panel.fileIndex(), 2);
+    QCOMPARE(textIn(panel, fileTotal), QStringLiteral("File Total: 0"));
+}
+
+void TestPlayerPanel::intervalIsClamped_data()
+{
+    QTest::addColumn<int>("ms");
+    QTest::addColumn<int>("kept");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("too short") << 10 << 30 << QStringLiteral("Time: 30 ms   33.33 fps");
+    QTest::newRow("shortest") << 30 << 30 << QStringLiteral("Time: 30 ms   33.33 fps");
+    QTest::newRow("between") << 51 << 51 << QStringLiteral("Time: 51 ms   19.61 fps");
+    QTest::newRow("longest") << 150 << 150 << QStringLiteral("Time: 150 ms   6.67 fps");
+    QTest::newRow("too long") << 1000 << 150 << QStringLiteral("Time: 150 ms   6.67 fps");
+}
+
+void TestPlayerPanel::intervalIsClamped()
+{
+    QFETCH(const int, ms);
+    PlayerPanel panel;
+    panel.setIntervalMs(ms);
+    QTEST(panel.intervalMs(), "kept");
+    QTEST(textIn(panel, timeLabel), "shown");
+}
+
+void TestPlayerPanel::connectionShowsTextAndColour_data()
+{
+    QTest::addColumn<bool>("connected");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("english");
+    QTest::addColumn<QString>("chinese");
+    QTest::addColumn<QString>("sheet");
+    const QString blue = QStringLiteral("color:#78b8ff;");
+    const QString grey = QStringLiteral("color:#747a7e;");
+    const QString port = QStringLiteral("ttyACM0");
+    QTest::newRow("connected") << true << QString() << QStringLiteral("Connected")
+                               << QStringLiteral("已连接") << blue;
+    QTest::newRow("connected with a text") << true << port << port << port << blue;
+    QTest::newRow("not connected") << false << QString() << QStringLiteral("Not connected")
+                                   << QStringLiteral("未连接") << grey;
+    QTest::newRow("not connected with a text") << false << port << port << port << grey;
+}
+
+void TestPlayerPanel::connectionShowsTextAndColour()
+{
+    QFETCH(const bool, connected);
+    QFETCH(const QString, text);
+    PlayerPanel panel;
+    panel.setConnected(!connected, QStringLiteral("before"));
+    panel.setConnected(connected, text);
+    QTEST(textIn(panel, connection), "english");
+    QTEST(sheetIn(panel, connection), "sheet");
+    Language::setCurrent(UiLanguage::Chinese);
+    panel.retranslateUi();
+    QTEST(textIn(panel, connection), "chinese");
+    QTEST(sheetIn(panel, connection), "sheet");
+}
+
+void TestPlayerPanel::stateShowsTextAndColours_data()
+{
+    QTest::addColumn<int>("state");
+    QTest::addColumn<QString>("english");
+    QTest::addColumn<QString>("chinese");
+    QTest::addColumn<QString>("sheet");
+    const auto row = [](const char *name, int state, const char *english, const char *chinese,
+                        const char *rule) {
+        QTest::newRow(name) << state << QString::fromUtf8(english) << QString::fromUtf8(chinese)
+                            << QString::fromUtf8(rule) + QStringLiteral("border-radius:14px;");
+    };
+    const char fallback[] = "background:#202428;color:#a8adb0;border:1px solid #3b4045;";
+    row("stopped", 1, "Stopped", "已停止",
+        "background:#2a2e32;color:#f1f3f5;border:1px solid #3b4045;");
+    row("playing", 2, "Playing", "发送中",
+        "background:#1479e8;color:#f1f3f5;border:1px solid #2994ff;");
+    row("paused", 3, "Paused", "已暂停",
+        "background:#a8adb0;color:#1a1c1e;border:1px solid #c4c7c8;");
+    row("none", 0, "Unknown", "未知", fallback);
+    row("beyond", 4, "Unknown", "未知", fallback);
+}
+
+void TestPlayerPanel::stateShowsTextAndColours()
+{
+    QFETCH(const int, state);
+    PlayerPanel panel;
+    panel.setPlaybackState(static_cast<PlaybackState>(state));
+    QCOMPARE(static_cast<int>(panel.playbackState()), state);
+    QTEST(textIn(panel, badge), "english");
+    QTEST(sheetIn(panel, badge), "sheet");
+    Language::setCurrent(UiLanguage::Chinese);
+    panel.retranslateUi();
+    QTEST(textIn(panel, badge), "chinese");
+    QTEST(sheetIn(panel, badge), "sheet");
+}
+
+void TestPlayerPanel::repeatIsShown()
+{
+    PlayerPanel panel;
+    panel.setRepeatEnabled(true);
+    QVERIFY(panel.repeatEnabled());
+    QCOMPARE(textIn(panel, replayState), QStringLiteral("ON"));
+    QCOMPARE(sheetIn(panel, replayState), QStringLiteral("color:#1479e8;"));
+    panel.setRepeatEnabled(false);
+    QVERIFY(!panel.repeatEnabled());
+    QCOMPARE(textIn(panel, replayState), QStringLiteral("OFF"));
+    QCOMPARE(sheetIn(panel, replayState), QStringLiteral("color:#747a7e;"));
+}
+
+void TestPlayerPanel::whiteLevelIsNotShown()
+{
+    PlayerPanel panel;
+    const QImage before = panel.grab().toImage();
+    for (const int level : {-1, 0, 128, 255, 300})
+        panel.setWhiteLevel(level);
+    QCOMPARE(panel.grab().toImage(), before);
+}
+
+void TestPlayerPanel::settersEmitNothing()
+{
+    PlayerPanel panel;
+    Emitted emitted(panel);
+    for (const int value : {-10, 0, 1, 42, 300, 100000}) {
+        panel.setTotalFrames(value);
+        panel.setCurrentFrame(value / 2);
+        panel.setFileCount(value);
+        panel.setFileIndex(value, QString());
+        panel.setWhiteLevel(value);
+        panel.setIntervalMs(value);
+        panel.setRepeatEnabled(value > 0);
+        panel.setConnected(value > 0, QString());
+        panel.setPlaybackState(static_cast<PlaybackState>(value % 5));
+        panel.retranslateUi();
+    }
+    QCOMPARE(emitted.take(), QStringList());
+}
+
+void TestPlayerPanel::settersLeaveBlockedChildrenBlocked()
+{
+    for (const bool blocked : {true, false}) {
+        PlayerPanel panel;
+        auto *seek = childIn<QSlider>(panel, seekSlider);
+        auto *interval = childIn<QSlider>(panel, intervalSlider);
+        auto *toggle = childIn<ToggleSwitch>(panel, replaySwitch);
+        for (QWidget *child : {static_cast<QWidget *>(seek), static_cast<QWidget *>(interval),
+                               static_cast<QWidget *>(toggle)})
+            child->blockSignals(blocked);
+        panel.setTotalFrames(100);
+        panel.setCurrentFrame(50);
+        panel.setIntervalMs(60);
+        panel.setRepeatEnabled(true);
+        QCOMPARE(seek->signalsBlocked(), blocked);
+        QCOMPARE(interval->signalsBlocked(), blocked);
+        QCOMPARE(toggle->signalsBlocked(), blocked);
+    }
+}
+
+void TestPlayerPanel::languageChange()
+{
+    PlayerPanel panel;
+    panel.setFileCount(256);
+    panel.setTotalFrames(1800);
+    panel.setCurrentFrame(12);
+    panel.setFileIndex(3, QStringLiteral("show.bin"));
+    panel.setIntervalMs(40);
+    Language::setCurrent(UiLanguage::Chinese);
+    QCOMPARE(textIn(panel, fileTotal), QStringLiteral("File Total: 256")); // not before it is told
+    panel.retranslateUi();
+    QCOMPARE(childIn<QGroupBox>(panel, summaryBox)->title(), QStringLiteral("信息"));
+    QCOMPARE(childIn<QGroupBox>(panel, transportBox)->title(), QStringLiteral("播放控制"));
+    QCOMPARE(textIn(panel, fileTotal), QStringLiteral("文件总数：256"));
+    QCOMPARE(textIn(panel, frameTotal), QStringLiteral("总帧数：1800"));
+    QCOMPARE(textIn(panel, timeLabel), QStringLiteral("间隔：40 ms   25.00 fps"));
+    QCOMPARE(textIn(panel, fileName), QStringLiteral("show.bin"));
+    QCOMPARE(textIn(panel, position), QStringLiteral("12 / 1800"));
+    QCOMPARE(transportButton(panel, "transportPlayButton")->toolTip(),
+             QStringLiteral("播放：逐帧循环发送"));
+    QCOMPARE(transportButton(panel, "transportPauseButton")->accessibleName(),
+             QStringLiteral("暂停"));
+    QCOMPARE(transportButton(panel, "transportStopButton")->accessibleName(),
+             QStringLiteral("停止"));
+    QCOMPARE(childIn<TransportButton>(panel, increaseButton)->accessibleName(),
+             QStringLiteral("增加"));
+    QCOMPARE(childIn<TransportButton>(panel, decreaseButton)->accessibleName(),
+             QStringLiteral("减少"));
+}
+
+QTEST_MAIN(TestPlayerPanel)
+#include "tst_playerpanel.moc"
