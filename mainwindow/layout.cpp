@@ -113,6 +113,7 @@ void MainWindow::createWidgets()
     connectEditors();
     statusBar();
     mendStyle();
+    lightenFrameTexts();
     holdScreenPace();
 }
 

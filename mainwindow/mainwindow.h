@@ -248,6 +248,7 @@ protected:
 
 private:
     void showStatus(const QString &message, int lifetimeMs);
+    void lightenFrameTexts();
     void holdScreenPace();
 
     // ---- retranslation.cpp: language menu, every text ----------------------------------------

@@ -6,7 +6,9 @@
 
 #include <QDateTime>
 #include <QEvent>
+#include <QFont>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QSpinBox>
@@ -18,13 +20,16 @@ namespace {
 
 constexpr qsizetype channelWidth = 5;
 
+// Line, paragraph, and the two marks at which Qt's text documents break a line as well.
+constexpr char16_t otherSeparators[] = {0x2028, 0x2029, 0xfdd0, 0xfdd1};
+
 // A log entry stays one line, whatever a device or a file name puts into it.
 QString onOneLine(QString message)
 {
     message.replace(u'\n', QChar(0x240A)); // the visible symbols of the two characters
     message.replace(u'\r', QChar(0x240D));
-    message.replace(QChar::LineSeparator, u' ');
-    message.replace(QChar::ParagraphSeparator, u' ');
+    for (const char16_t separator : otherSeparators)
+        message.replace(QChar(separator), u' ');
     return message;
 }
 
@@ -83,6 +88,18 @@ void MainWindow::showStatus(const QString &message, int lifetimeMs)
 bool MainWindow::event(QEvent *event)
 {
     return event->type() == QEvent::StatusTip || QMainWindow::event(event);
+}
+
+// These change with every frame, and a text is laid out when it changes. Shaping, which joins and
+// kerns letters, is more than half of that and does nothing for digits and short words.
+void MainWindow::lightenFrameTexts()
+{
+    for (QWidget *widget : {static_cast<QWidget *>(logView), static_cast<QWidget *>(frameSpin),
+                            static_cast<QWidget *>(completeFrameEdit)}) {
+        QFont font = widget->font();
+        font.setStyleStrategy(QFont::PreferNoShaping);
+        widget->setFont(font);
+    }
 }
 
 void MainWindow::holdScreenPace()
