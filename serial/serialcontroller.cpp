@@ -5,6 +5,7 @@
 #include "serial/linestate.h"
 #include "serial/portdiscovery.h"
 
+#include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -35,7 +36,7 @@ SerialController::SerialController(QSerialPort *port, QObject *parent)
     serialPort->setParent(this);
     ioTimer->setInterval(lineCheckInterval);
     connect(serialPort, &QSerialPort::readyRead, this, &SerialController::readAvailableData);
-    connect(serialPort, &QSerialPort::bytesWritten, this, &SerialController::bytesTransmitted);
+    connect(serialPort, &QSerialPort::bytesWritten, this, &SerialController::reportBytesWritten);
     connect(serialPort, &QSerialPort::errorOccurred, this, &SerialController::handlePortError);
     connect(ioTimer, &QTimer::timeout, this, &SerialController::checkLine);
     connect(lineWatch, &QSocketNotifier::activated, this, &SerialController::checkLine);
@@ -60,25 +61,24 @@ bool SerialController::open(const QString &portName, int baudRate)
             Language::text(UiText::ConfigurePortFailed)
                 .arg(name, QString::number(baudRate), serialPort->errorString()));
     }
-    if (!openPort()) {
+    const bool opened = openPort();
+    const QStringList complaints = std::exchange(openErrors, {});
+    if (!opened) {
         const QString reason = serialPort->errorString();
-        for (const QString &message : std::exchange(openErrors, {}))
+        for (const QString &message : complaints)
             emit errorOccurred(message);
         if (isOpen())
             return false; // a receiver of the error opened a port of its own
         return reportOpenFailure(Language::text(UiText::OpenPortFailed).arg(name, reason));
     }
 
-    serialPort->clear();
     openedPortName = name;
     rxBuffer.clear();
-    ioTimer->start();
-    if (const qintptr descriptor = watchableDescriptor(*serialPort); descriptor >= 0) {
-        lineWatch->setSocket(descriptor);
-        lineWatch->setEnabled(true);
-    }
+    watchLine();
     emit connectionChanged(true,
                            Language::text(UiText::PortOpened).arg(name, QString::number(baudRate)));
+    for (const QString &message : complaints)
+        emit errorOccurred(message);
     return isOpen();
 }
 
@@ -96,8 +96,11 @@ bool SerialController::openPort()
     opening = true;
     const bool opened = serialPort->open(QIODevice::ReadWrite);
     opening = false;
-    if (opened)
-        openErrors.clear();
+    if (opened) {
+        // A line that is gone again already complains here; watchLine() tells of it.
+        const QSignalBlocker silence(serialPort);
+        serialPort->clear();
+    }
     return opened;
 }
 
@@ -135,21 +138,27 @@ qint64 SerialController::send(const QByteArray &data)
         emit errorOccurred(Language::text(UiText::CommandNotSent));
         return -1;
     }
-    const qint64 size = data.size(); // a loss inside flush() can empty the caller's array
     const qint64 accepted = serialPort->write(data);
     if (accepted < 0) {
         reportIoError(Language::text(UiText::SerialWriteOperation));
         return -1;
     }
-    if (accepted != size) {
+    if (accepted != data.size()) {
         emit errorOccurred(Language::text(UiText::SerialWritePartial)
-                               .arg(QString::number(accepted), QString::number(size)));
+                               .arg(QString::number(accepted), QString::number(data.size())));
         return -1;
     }
-    // Flushing a line that takes nothing now counts as a failed port; the event loop writes then.
-    if (lineTakesBytes(*serialPort))
+    // Flushing a line that takes nothing now counts as a failed port, and QSerialPort forgets to
+    // count what is flushed while it reports a count: the event loop writes then.
+    if (!reportingBytes && lineTakesBytes(*serialPort))
         serialPort->flush();
     return accepted;
+}
+
+void SerialController::reportBytesWritten(qint64 count)
+{
+    const QScopedValueRollback<bool> inside(reportingBytes, true);
+    emit bytesTransmitted(count);
 }
 
 QList<SerialPortEntry> SerialController::availablePorts() const
@@ -231,6 +240,15 @@ void SerialController::reportIoError(const QString &operation)
 QString SerialController::portErrorText() const
 {
     return isOpen() && lineIsLost(*serialPort) ? qt_error_string(EIO) : serialPort->errorString();
+}
+
+void SerialController::watchLine()
+{
+    ioTimer->start();
+    if (const qintptr descriptor = watchableDescriptor(*serialPort); descriptor >= 0) {
+        lineWatch->setSocket(descriptor);
+        lineWatch->setEnabled(true);
+    }
 }
 
 void SerialController::checkLine()

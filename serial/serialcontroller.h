@@ -48,8 +48,9 @@ public:
 
     /// Opens the port `portName` (a system location) at `baudRate` for both directions; a port
     /// that is already open is closed first. True: open, and announced by
-    /// connectionChanged(true). False: closed, the reason sent by errorOccurred() and
-    /// connectionChanged(false).
+    /// connectionChanged(true). False: not opened, the reason sent by errorOccurred() and
+    /// connectionChanged(false), or a receiver closed it again. A receiver that opens a port
+    /// itself meanwhile keeps that one.
     bool open(const QString &portName, int baudRate);
 
     /// Closes the port and discards what was not sent yet. Does nothing on a closed port.
@@ -86,7 +87,9 @@ private:
     bool reportOpenFailure(const QString &message);
     void handlePortError(QSerialPort::SerialPortError error);
     void reportIoError(QString const &operation);
+    void reportBytesWritten(qint64 count);
     QString portErrorText() const;
+    void watchLine();
     void checkLine();
     void releasePort();
     void announceDisconnection();
@@ -98,6 +101,7 @@ private:
     QByteArray rxBuffer;                ///< received bytes without a line feed yet; at most 4096
     QSocketNotifier *lineWatch;         ///< the quick look: wakes when the line hangs up
     bool opening = false;               ///< inside QSerialPort::open(), which bears no re-entry
+    bool reportingBytes = false;        ///< inside bytesTransmitted()
     QStringList openErrors;             ///< messages held back while opening
     std::optional<QString> unannounced; ///< a connectionChanged(false) still to be emitted
 };

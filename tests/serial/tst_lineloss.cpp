@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 #include <QSocketNotifier>
 #include <QTest>
+#include <QTimer>
 
 #include <chrono>
 #include <memory>
@@ -72,7 +73,8 @@ private slots:
     void betweenOpenAndFirstUse();
     void closingALostLine();
     void destructionOnALostLine();
-    void slowLookAloneSuffices();
+    void eitherLookAloneSuffices_data();
+    void eitherLookAloneSuffices();
     void speaksChinese();
     void argumentOfSendMayVanish();
     void fiveHundredLosses();
@@ -100,6 +102,8 @@ void TestLineLoss::init()
 
 void TestLineLoss::cleanup()
 {
+    if (controller)
+        controller->disconnect(this); // what a test connects does not outlive it
     QCOMPARE(history->contradictions, QStringList());
     history.reset();
     controller.reset();
@@ -288,13 +292,27 @@ void TestLineLoss::destructionOnALostLine()
     QCOMPARE(history->events, QStringList({qx::disconnectedFrom(peer->path())}));
 }
 
-// A port that is told nothing by the system, as some versions of Qt leave it.
-void TestLineLoss::slowLookAloneSuffices()
+void TestLineLoss::eitherLookAloneSuffices_data()
 {
+    QTest::addColumn<bool>("quick");
+    QTest::newRow("the line announces its end") << true;
+    QTest::newRow("the line is looked at now and then") << false;
+}
+
+// Some versions of Qt say nothing of a lost line: reading and writing are switched off here.
+void TestLineLoss::eitherLookAloneSuffices()
+{
+    QFETCH(bool, quick);
     const QList<QSocketNotifier *> notifiers = controller->findChildren<QSocketNotifier *>();
-    QVERIFY(!notifiers.isEmpty());
-    for (QSocketNotifier *notifier : notifiers)
-        notifier->setEnabled(false);
+    QVERIFY(notifiers.size() >= 2);
+    for (QSocketNotifier *notifier : notifiers) {
+        if (!quick || notifier->type() != QSocketNotifier::Exception)
+            notifier->setEnabled(false);
+    }
+    auto *timer = controller->findChild<QTimer *>();
+    QVERIFY(timer);
+    if (quick)
+        timer->stop();
     peer->unplug();
     expectOneLoss();
 }
@@ -382,7 +400,6 @@ void TestLineLoss::receiverThatReconnectsAtOnce()
         QVERIFY(QTest::qWaitFor([this] { return !history->lines.isEmpty(); }));
         QCOMPARE(history->lines, QByteArrayList({"QXUSB OK"}));
     }
-    controller->disconnect(this);
 }
 
 QTEST_GUILESS_MAIN(TestLineLoss)

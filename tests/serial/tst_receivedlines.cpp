@@ -76,6 +76,7 @@ private slots:
     void overflowDropsTheCompleteLinesToo();
     void partialLineEndsWithTheConnection_data();
     void partialLineEndsWithTheConnection();
+    void noLineComesFromAClosedPort();
     void chunkOfOneConnectionNeverReachesTheNext();
     void linesStayInOrderWhenAReceiverWaits_data();
     void linesStayInOrderWhenAReceiverWaits();
@@ -302,6 +303,17 @@ void TestReceivedLines::partialLineEndsWithTheConnection()
     deliver({"new\n"});
 
     QCOMPARE(history->lines, QByteArrayList({"new"}));
+}
+
+void TestReceivedLines::noLineComesFromAClosedPort()
+{
+    connect(controller.get(), &SerialController::lineReceived, this,
+            [this] { controller->close(); });
+
+    deliver({"A\nB\nC\n", "D\n"});
+
+    QCOMPARE(history->lines, QByteArrayList({"A"}));
+    QCOMPARE(history->chunks, QByteArrayList({"A\nB\nC\n"}));
 }
 
 void TestReceivedLines::chunkOfOneConnectionNeverReachesTheNext()

@@ -57,6 +57,7 @@ private slots:
     void callFromInsideASignal_data();
     void callFromInsideASignal();
     void openTellsWhatBecameOfThePort();
+    void argumentOfOpenMayChange();
     void endlessConversationInsideSlots();
 
 private:
@@ -93,6 +94,7 @@ void TestSerialReentrancy::init()
 
 void TestSerialReentrancy::cleanup()
 {
+    controller->disconnect(this);
     history.reset();
     controller.reset();
     peer.reset();
@@ -342,6 +344,27 @@ void TestSerialReentrancy::openTellsWhatBecameOfThePort()
     actOnConnection(true, Action::OpenOther);
     QVERIFY2(controller->open(peer->path(), 115200), "a receiver chose another port");
     QCOMPARE(controller->portName(), other->path());
+
+    acted = false;
+    controller->disconnect(this);
+    history->clear();
+    actOnConnection(false, Action::OpenSame);
+    QVERIFY2(!controller->open(missing, 115200), "a receiver of the disconnection came first");
+    QCOMPARE(history->events,
+             QStringList({qx::disconnectedFrom(other->path()), qx::connectedTo(peer->path())}));
+}
+
+// A receiver of the old port's end may refill the list that the new port's name is from.
+void TestSerialReentrancy::argumentOfOpenMayChange()
+{
+    QString chosen = other->path();
+    connect(controller.get(), &SerialController::connectionChanged, this,
+            [&chosen] { chosen.clear(); });
+
+    QVERIFY(controller->open(chosen, 115200));
+
+    QCOMPARE(controller->portName(), other->path());
+    QCOMPARE(history->events.last(), qx::connectedTo(other->path()));
 }
 
 void TestSerialReentrancy::endlessConversationInsideSlots()
