@@ -29,8 +29,8 @@ ControlFrame MainWindow::frameFromEditors(bool *ok) const
     frame.green = static_cast<quint8>(greenSpin->value());
     frame.blue = static_cast<quint8>(blueSpin->value());
     frame.white = static_cast<quint8>(whiteSpin->value());
-    const auto reserved
-        = hexBytes(reservedEdit->text(), static_cast<qsizetype>(frame.reserved.size()));
+    const auto reserved =
+        hexBytes(reservedEdit->text(), static_cast<qsizetype>(frame.reserved.size()));
     for (std::size_t i = 0; reserved && i < frame.reserved.size(); ++i)
         frame.reserved[i] = static_cast<quint8>(reserved->at(static_cast<qsizetype>(i)));
     if (ok)

@@ -3,6 +3,7 @@
 // session from the wiring.
 #include "mainwindow/arrowboxes.h"
 #include "mainwindow/greyicon.h"
+#include "mainwindow/groupcolumn.h"
 #include "mainwindow/literalbutton.h"
 #include "mainwindow/mainwindow.h"
 #include "widgets/playerpanel.h"
@@ -34,7 +35,8 @@ namespace {
 constexpr int pageMessageMs = 3500;
 constexpr int logLines = 3000;
 constexpr QSize navigationIcon(48, 48);
-constexpr int tightSpacing = 4; // rows of the grids, so that all groups fit the default height
+constexpr int tightSpacing = 4;   // of the grids, so that all groups fit the default size
+constexpr int connectWidth = 190; // for both of its texts, so that nothing moves on connecting
 
 QString version()
 {
@@ -236,7 +238,7 @@ QToolButton *MainWindow::createNavigationButton(const QString &text, const QStri
 
 QWidget *MainWindow::createRightPanel()
 {
-    auto *panel = new QWidget;
+    auto *panel = new GroupColumn;
     panel->setMinimumWidth(450);
     panel->setMaximumWidth(580);
     auto *layout = new QVBoxLayout(panel);
@@ -253,13 +255,15 @@ QGroupBox *MainWindow::createConnectionGroup()
 {
     QGroupBox *group = namedGroup(QStringLiteral("connectionGroup"));
     auto *grid = groupLayout<QGridLayout>(group);
-    grid->setVerticalSpacing(tightSpacing);
+    grid->setSpacing(tightSpacing);
     grid->setColumnStretch(1, 1);
 
     QLabel *portCaption = namedLabel(QStringLiteral("portCaption"));
     portCombo = new ArrowComboBox;
     portCombo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     portCombo->setMinimumContentsLength(18);
+    // Takes the room that is there: its own wish would leave too little to the longest link text.
+    portCombo->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     portCombo->view()->setTextElideMode(Qt::ElideRight); // the port's name comes first
     connect(portCombo, &QComboBox::currentTextChanged, portCombo, &QWidget::setToolTip);
     portCaption->setBuddy(portCombo);
@@ -273,6 +277,7 @@ QGroupBox *MainWindow::createConnectionGroup()
     hostSettingsCombo->addItem(QStringLiteral("115200 / 8N1"), 115200);
     hostCaption->setBuddy(hostSettingsCombo);
     connectButton = namedButton(new QPushButton, QStringLiteral("primaryButton"));
+    connectButton->setMinimumWidth(connectWidth);
     grid->addWidget(hostCaption, 1, 0);
     grid->addWidget(hostSettingsCombo, 1, 1);
     grid->addWidget(connectButton, 1, 2, 1, 2);

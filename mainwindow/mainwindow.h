@@ -33,6 +33,7 @@ namespace qx {
 
 class PlayerPanel;
 class SerialController;
+class SteadyLayout;
 
 /// Four colour levels; whoever writes them clamps them to 0..255.
 struct RgbwLevels
@@ -250,6 +251,8 @@ private:
     void showStatus(const QString &message, int lifetimeMs);
     void lightenFrameTexts();
     void holdScreenPace();
+
+    SteadyLayout *statusLayout = nullptr; ///< of the status group
 
     // ---- retranslation.cpp: language menu, every text ----------------------------------------
 public:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, retranslation: the language menu and every text of the window.
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/steadylayout.h"
 #include "serial/serialcontroller.h"
 #include "widgets/playerpanel.h"
 
@@ -114,6 +115,7 @@ void MainWindow::retranslateUi()
     updateFramePreview();
     updateLocalStatus();
     updateTrafficLabel();
+    statusLayout->relayout();
     showStatus(Language::text(UiText::SelectPortStatus).arg(version()), 0);
 }
 
@@ -166,9 +168,11 @@ void MainWindow::retranslateGroups()
     setButton(QStringLiteral("stopZeroButton"), UiText::StopSendFrameZeroButton);
     setButton(QStringLiteral("sendFrameButton"), UiText::SendCurrentFrameButton);
     setButton(QStringLiteral("handshakeButton"), UiText::HandshakeAgainButton);
-    // The text's own ampersand is no shortcut.
-    if (auto *stopZero = findChild<QPushButton *>(QStringLiteral("stopZeroButton")))
+    // The text's own ampersand is no shortcut, and is read out like the rest.
+    if (auto *stopZero = findChild<QPushButton *>(QStringLiteral("stopZeroButton"))) {
         stopZero->setShortcut(QKeySequence());
+        stopZero->setAccessibleName(stopZero->text());
+    }
 
     setTitleOf(this, QStringLiteral("logGroup"), UiText::LogGroupTitle);
     logView->setPlaceholderText(Language::text(UiText::LogPlaceholder));

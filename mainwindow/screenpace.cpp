@@ -2,6 +2,7 @@
 #include "mainwindow/screenpace.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QWidget>
 
 #include <chrono>
@@ -15,56 +16,35 @@ constexpr std::chrono::milliseconds periodLength{16}; // 60 Hz
 
 } // namespace
 
-ScreenPace::ScreenPace(QObject *parent)
-    : QObject(parent)
+ScreenPace::ScreenPace(QWidget *window)
+    : QObject(window)
+    , window(window)
 {
     period.setSingleShot(true);
     period.setTimerType(Qt::PreciseTimer);
     period.setInterval(periodLength);
     connect(&period, &QTimer::timeout, this, &ScreenPace::release);
-}
-
-void ScreenPace::holdPainting(QWidget *window)
-{
-    paced.append({window, QEvent::UpdateRequest});
     window->installEventFilter(this);
 }
 
-void ScreenPace::holdLayout(QWidget *widget)
+bool ScreenPace::eventFilter(QObject *, QEvent *event)
 {
-    paced.append({widget, QEvent::LayoutRequest});
-    widget->installEventFilter(this);
-}
-
-bool ScreenPace::eventFilter(QObject *watched, QEvent *event)
-{
-    const Held request{watched, event->type()};
-    if (releasing || !paced.contains(request))
+    if (event->type() != QEvent::UpdateRequest || releasing)
         return false;
-    if (!period.isActive()) {
+    held = period.isActive();
+    if (!held)
         period.start();
-        return false;
-    }
-    if (!held.contains(request))
-        held.append(request);
-    return true;
+    return held;
 }
 
-// Layouts first, since they ask for painting.
 void ScreenPace::release()
 {
-    if (held.isEmpty())
+    if (!std::exchange(held, false))
         return;
     period.start();
     releasing = true;
-    const QList<Held> requests = std::exchange(held, {});
-    for (const QEvent::Type type : {QEvent::LayoutRequest, QEvent::UpdateRequest}) {
-        for (const Held &request : requests) {
-            QEvent due(type);
-            if (request.type == type)
-                QCoreApplication::sendEvent(request.widget, &due);
-        }
-    }
+    QEvent due(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(window, &due);
     releasing = false;
 }
 

@@ -2,6 +2,7 @@
 // MainWindow, views: the status rows, the traffic row, the log, the pace of the screen.
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/screenpace.h"
+#include "mainwindow/steadylayout.h"
 #include "widgets/playerpanel.h"
 
 #include <QDateTime>
@@ -104,9 +105,8 @@ void MainWindow::lightenFrameTexts()
 
 void MainWindow::holdScreenPace()
 {
-    auto *pace = new ScreenPace(this);
-    pace->holdPainting(this);
-    pace->holdLayout(statusValueLabels.first()->parentWidget());
+    new ScreenPace(this);
+    statusLayout = new SteadyLayout(statusValueLabels.first()->parentWidget());
 }
 
 } // namespace qx

@@ -3,6 +3,8 @@
 //
 //   bench_window loop PORT FRAMES        the next frame at each reply, as fast as it goes
 //   bench_window play PORT MS SECONDS    plays at an interval
+//   bench_window start                   until the window is painted for the first time
+//   bench_window start-empty             the same for an empty window with the media objects
 //
 // Writes one line of JSON about this process; the device's side has the times of the frames.
 #include "mainwindow/mainwindow.h"
@@ -10,17 +12,22 @@
 #include "widgets/playerpanel.h"
 
 #include <QApplication>
+#include <QAudioOutput>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
+#include <QMediaPlayer>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTimer>
+#include <QVideoWidget>
 
 #include <cstdio>
+#include <cstdlib>
+#include <ctime>
 #include <sys/resource.h>
 
 namespace {
@@ -117,20 +124,73 @@ private:
     qx::SerialController *controller;
 };
 
+// Notes the time of the first painting and ends the program.
+class FirstPainting : public QObject
+{
+public:
+    explicit FirstPainting(QWidget &window)
+    {
+        window.installEventFilter(this);
+        window.show();
+        QApplication::exec();
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint)
+            QTimer::singleShot(0, this, [] {
+                timespec now{};
+                ::clock_gettime(CLOCK_MONOTONIC, &now);
+                std::printf("{\"paintedNs\": %lld}\n",
+                            static_cast<long long>(now.tv_sec) * 1000000000 + now.tv_nsec);
+                std::fflush(stdout);
+                std::_Exit(0);
+            });
+        return false;
+    }
+};
+
+int startEmpty()
+{
+    QMainWindow window;
+    window.resize(1420, 900);
+    QMediaPlayer player;
+    QAudioOutput output;
+    QVideoWidget video(&window);
+    video.setWindowFlag(Qt::Window);
+    video.hide();
+    player.setAudioOutput(&output);
+    player.setVideoOutput(&video);
+    const FirstPainting painting(window);
+    return 0;
+}
+
+int startComplete()
+{
+    qx::MainWindow window;
+    const FirstPainting painting(window);
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
+    QCoreApplication::setApplicationName(QStringLiteral("Tessaly Player"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Corvessa Electronic CO."));
+    if (arguments.value(1) == QLatin1String("start"))
+        return startComplete();
+    if (arguments.value(1) == QLatin1String("start-empty"))
+        return startEmpty();
     const bool loop = arguments.value(1) == QLatin1String("loop") && arguments.size() == 4;
     const bool play = arguments.value(1) == QLatin1String("play") && arguments.size() == 5;
     if (!loop && !play) {
         std::fprintf(stderr, "usage: bench_window loop PORT FRAMES | play PORT MS SECONDS\n");
         return 2;
     }
-    QCoreApplication::setApplicationName(QStringLiteral("Tessaly Player"));
-    QCoreApplication::setOrganizationName(QStringLiteral("Corvessa Electronic CO."));
     qputenv("TESSALY_SERIAL_PORTS", arguments.at(2).toLocal8Bit());
     qx::MainWindow window;
     window.show();
