@@ -131,9 +131,10 @@ void TestApplication::speaksTheStoredLanguageFromTheStart_data()
 void TestApplication::speaksTheStoredLanguageFromTheStart()
 {
     QFETCH(QString, stored);
-    if (!stored.isNull())
-        QSettings(settingsPath(), QSettings::IniFormat)
-            .setValue(QStringLiteral("ui/language"), stored);
+    if (!stored.isNull()) {
+        QSettings settings(settingsPath(), QSettings::IniFormat);
+        settings.setValue(QStringLiteral("ui/language"), stored);
+    }
     run();
     const QJsonObject window = report.value(u"windows").toArray().first().toObject();
     QTEST(window.value(u"playerEntry").toString(), "playerEntry");

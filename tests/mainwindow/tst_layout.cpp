@@ -16,6 +16,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <memory>
+
 using qx::MainWindow;
 using qx::PlayerPanel;
 using qx::test::Operator;
@@ -83,6 +85,8 @@ class TestLayout : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
+    void cleanupTestCase();
     void window();
     void centralWidgetHoldsNavigationAndContent();
     void header();
@@ -112,12 +116,24 @@ private slots:
     void grey_data();
     void grey();
     void greyIconOfAnUndecodableFile();
+
+private:
+    std::unique_ptr<Stage> stage; ///< for the tests that leave the window as it was
 };
+
+void TestLayout::initTestCase()
+{
+    stage = std::make_unique<Stage>();
+}
+
+void TestLayout::cleanupTestCase()
+{
+    stage.reset();
+}
 
 void TestLayout::window()
 {
-    Stage stage;
-    const MainWindow &window = stage.window();
+    const MainWindow &window = stage->window();
     QCOMPARE(window.windowTitle(), QStringLiteral("Tessaly-Master USB Player V0.3.5"));
     QCOMPARE(window.size(), QSize(1420, 900));
     QCOMPARE(window.minimumSize(), QSize(1220, 780));
@@ -127,8 +143,7 @@ void TestLayout::window()
 
 void TestLayout::centralWidgetHoldsNavigationAndContent()
 {
-    Stage stage;
-    auto *layout = qobject_cast<QHBoxLayout *>(stage.window().centralWidget()->layout());
+    auto *layout = qobject_cast<QHBoxLayout *>(stage->window().centralWidget()->layout());
     QVERIFY(layout);
     QCOMPARE(layout->contentsMargins(), QMargins());
     QCOMPARE(layout->spacing(), 0);
@@ -143,51 +158,48 @@ void TestLayout::centralWidgetHoldsNavigationAndContent()
     QCOMPARE(content->spacing(), 14);
     QCOMPARE(content->count(), 2);
     QCOMPARE(content->stretch(1), 1);
-    QCOMPARE(content->itemAt(1)->widget(), splitter(stage.window()));
+    QCOMPARE(content->itemAt(1)->widget(), splitter(stage->window()));
 }
 
 void TestLayout::header()
 {
-    Stage stage;
-    QWidget *content = stage.window().centralWidget()->layout()->itemAt(1)->widget();
+    QWidget *content = stage->window().centralWidget()->layout()->itemAt(1)->widget();
     auto *row = qobject_cast<QHBoxLayout *>(content->layout()->itemAt(0)->layout());
     QVERIFY(row);
     QCOMPARE(row->contentsMargins(), QMargins());
     QCOMPARE(row->count(), 3);
-    QCOMPARE(row->itemAt(0)->widget(), label(stage.window(), "windowTitle"));
+    QCOMPARE(row->itemAt(0)->widget(), label(stage->window(), "windowTitle"));
     QVERIFY(row->itemAt(1)->spacerItem());
-    QCOMPARE(row->itemAt(2)->widget(), label(stage.window(), "windowSubtitle"));
+    QCOMPARE(row->itemAt(2)->widget(), label(stage->window(), "windowSubtitle"));
 }
 
 void TestLayout::splitterHoldsPanelAndGroups()
 {
-    Stage stage;
-    const QSplitter *split = splitter(stage.window());
+    const QSplitter *split = splitter(stage->window());
     QCOMPARE(split->orientation(), Qt::Horizontal);
     QVERIFY(!split->childrenCollapsible());
     QCOMPARE(split->handleWidth(), 8);
     QCOMPARE(split->count(), 2);
     QCOMPARE(split->widget(0)->sizePolicy().horizontalStretch(), 3);
     QCOMPARE(split->widget(1)->sizePolicy().horizontalStretch(), 2);
-    QVERIFY(split->widget(0)->isAncestorOf(stage.hand().panel()));
-    QVERIFY(split->widget(1)->isAncestorOf(stage.hand().logView()));
+    QVERIFY(split->widget(0)->isAncestorOf(stage->hand().panel()));
+    QVERIFY(split->widget(1)->isAncestorOf(stage->hand().logView()));
 }
 
 void TestLayout::leftSide()
 {
-    Stage stage;
-    auto *layout = qobject_cast<QVBoxLayout *>(splitter(stage.window())->widget(0)->layout());
+    auto *layout = qobject_cast<QVBoxLayout *>(splitter(stage->window())->widget(0)->layout());
     QVERIFY(layout);
     const Qt::Alignment topCentre = Qt::AlignHCenter | Qt::AlignTop;
     QCOMPARE(layout->contentsMargins(), QMargins());
     QCOMPARE(layout->alignment(), topCentre);
     QCOMPARE(layout->count(), 3);
-    QCOMPARE(layout->itemAt(0)->widget(), stage.hand().panel());
+    QCOMPARE(layout->itemAt(0)->widget(), stage->hand().panel());
     QCOMPARE(layout->itemAt(0)->alignment(), topCentre);
-    QCOMPARE(layout->itemAt(1)->widget(), label(stage.window(), "hintLabel"));
-    QVERIFY(label(stage.window(), "hintLabel")->wordWrap());
+    QCOMPARE(layout->itemAt(1)->widget(), label(stage->window(), "hintLabel"));
+    QVERIFY(label(stage->window(), "hintLabel")->wordWrap());
     QVERIFY(layout->itemAt(2)->spacerItem());
-    QCOMPARE(stage.hand().panel()->objectName(), QStringLiteral("playerMirror"));
+    QCOMPARE(stage->hand().panel()->objectName(), QStringLiteral("playerMirror"));
 }
 
 void TestLayout::rightSideKeepsItsWidth_data()
@@ -213,13 +225,12 @@ void TestLayout::rightSideKeepsItsWidth()
     QCoreApplication::processEvents();
     const QList<int> now = splitter(stage.window())->sizes();
     QVERIFY2(now.at(1) >= 450 && now.at(1) <= 580, qPrintable(QString::number(now.at(1))));
-    QVERIFY(now.at(0) >= 680); // the panel is never cut
+    QVERIFY(now.at(0) >= qMin(680, windowSize.width() - 614)); // all that is left of the window
 }
 
 void TestLayout::groupsStandInOrder()
 {
-    Stage stage;
-    auto *layout = qobject_cast<QVBoxLayout *>(splitter(stage.window())->widget(1)->layout());
+    auto *layout = qobject_cast<QVBoxLayout *>(splitter(stage->window())->widget(1)->layout());
     QVERIFY(layout);
     QCOMPARE(layout->contentsMargins(), QMargins());
     QCOMPARE(layout->spacing(), 10);
@@ -236,8 +247,7 @@ void TestLayout::groupsStandInOrder()
 
 void TestLayout::navigationColumn()
 {
-    Stage stage;
-    const auto *navigation = stage.window().findChild<QFrame *>(QStringLiteral("navigation"));
+    const auto *navigation = stage->window().findChild<QFrame *>(QStringLiteral("navigation"));
     auto *layout = qobject_cast<QVBoxLayout *>(navigation->layout());
     QCOMPARE(navigation->minimumWidth(), 112);
     QCOMPARE(navigation->maximumWidth(), 112);
@@ -251,14 +261,13 @@ void TestLayout::navigationColumn()
     QCOMPARE(names.join(u' '),
              QStringLiteral("brandLabel navPlayer navMediaBrowse navUFiles navTime navSetup navNet "
                             "navAbout stretch navVersion"));
-    QCOMPARE(label(stage.window(), "navVersion")->text(), QStringLiteral("V0.3.5"));
-    QCOMPARE(label(stage.window(), "navVersion")->alignment(), Qt::AlignCenter);
+    QCOMPARE(label(stage->window(), "navVersion")->text(), QStringLiteral("V0.3.5"));
+    QCOMPARE(label(stage->window(), "navVersion")->alignment(), Qt::AlignCenter);
 }
 
 void TestLayout::brandLogo()
 {
-    Stage stage;
-    const QLabel *brand = label(stage.window(), "brandLabel");
+    const QLabel *brand = label(stage->window(), "brandLabel");
     QCOMPARE(brand->size(), QSize(92, 72));
     QCOMPARE(brand->alignment(), Qt::AlignCenter);
     QCOMPARE(brand->accessibleName(), QStringLiteral("Corvessa product logo"));
@@ -287,8 +296,7 @@ void TestLayout::navigationButtons()
 {
     QFETCH(const QString, name);
     QFETCH(const QString, image);
-    Stage stage;
-    const auto *button = stage.window().findChild<QToolButton *>(name);
+    const auto *button = stage->window().findChild<QToolButton *>(name);
     QVERIFY(button->isCheckable());
     QVERIFY(!button->autoExclusive());
     QTEST(button->isChecked(), "checked");
@@ -317,8 +325,7 @@ void TestLayout::navigationButtons()
 
 void TestLayout::browseButtonShowsTheOpenFolder()
 {
-    Stage stage;
-    const auto *browse = stage.window().findChild<QToolButton *>(QStringLiteral("navMediaBrowse"));
+    const auto *browse = stage->window().findChild<QToolButton *>(QStringLiteral("navMediaBrowse"));
     QVERIFY(!browse->isCheckable());
     QCOMPARE(browse->size(), QSize(92, 80));
     QCOMPARE(browse->iconSize(), QSize(48, 48));
@@ -333,11 +340,10 @@ void TestLayout::browseButtonShowsTheOpenFolder()
 
 void TestLayout::playerStaysChecked()
 {
-    Stage stage;
-    QAbstractButton *player = stage.hand().navigation("navPlayer");
-    stage.hand().click(player);
+    QAbstractButton *player = stage->hand().navigation("navPlayer");
+    stage->hand().click(player);
     QVERIFY(player->isChecked());
-    stage.hand().click(player);
+    stage->hand().click(player);
     QVERIFY(player->isChecked());
 }
 
@@ -371,22 +377,22 @@ void TestLayout::otherPagesAreNotProvided()
 
 void TestLayout::pageMessageLasts()
 {
-    Stage stage;
-    const Operator &hand = stage.hand();
+    const Operator &hand = stage->hand();
     hand.click(hand.navigation("navTime"));
+    QCOMPARE(hand.statusLifetimeMs(), 3500);
+    QTest::qWait(50);
     QElapsedTimer clock;
     clock.start();
     hand.click(hand.navigation("navTime")); // the second click begins the time anew
-    QTRY_COMPARE(hand.statusBar(), QString());
-    QVERIFY2(clock.elapsed() >= 3400 && clock.elapsed() < 4000,
+    QTRY_COMPARE_WITH_TIMEOUT(hand.statusBar(), QString(), 30000);
+    QVERIFY2(clock.elapsed() >= 3325, // a coarse timer may be 5 % early
              qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestLayout::connectionGroup()
 {
-    Stage stage;
-    const MainWindow &window = stage.window();
-    const Operator &hand = stage.hand();
+    const MainWindow &window = stage->window();
+    const Operator &hand = stage->hand();
     const QGridLayout *grid = gridOf(window, "connectionGroup");
     QCOMPARE(stretchOfColumn(window, "connectionGroup", 1), 1);
     QCOMPARE(cellOf(grid, label(window, "portCaption")), (Cell{0, 0, 1, 1}));
@@ -401,6 +407,7 @@ void TestLayout::connectionGroup()
 
     QCOMPARE(hand.ports()->sizeAdjustPolicy(), QComboBox::AdjustToMinimumContentsLengthWithIcon);
     QCOMPARE(hand.ports()->minimumContentsLength(), 18);
+    QVERIFY(hand.ports()->width() >= hand.ports()->minimumSizeHint().width());
     QCOMPARE(hand.ports()->toolTip(), hand.ports()->currentText());
     QCOMPARE(hand.hostSettings()->count(), 1);
     QCOMPARE(hand.hostSettings()->currentText(), QStringLiteral("115200 / 8N1"));
@@ -426,9 +433,8 @@ void TestLayout::longLinkTextDoesNotWidenTheColumn()
 
 void TestLayout::frameGroup()
 {
-    Stage stage;
-    const MainWindow &window = stage.window();
-    const Operator &hand = stage.hand();
+    const MainWindow &window = stage->window();
+    const Operator &hand = stage->hand();
     const QGridLayout *grid = gridOf(window, "frameGroup");
     for (int column = 0; column < 8; ++column)
         QCOMPARE(stretchOfColumn(window, "frameGroup", column), column % 2);
@@ -474,9 +480,8 @@ void TestLayout::editorsTakeTheirRanges_data()
 void TestLayout::editorsTakeTheirRanges()
 {
     QFETCH(const QString, editor);
-    Stage stage;
     const QLabel *caption =
-        captionWithText(stage.window(), "frameGroup", editor.toLatin1().constData());
+        captionWithText(stage->window(), "frameGroup", editor.toLatin1().constData());
     const auto *spin = qobject_cast<QSpinBox *>(caption->buddy());
     QVERIFY(spin);
     QCOMPARE(spin->minimum(), 0);
@@ -486,9 +491,8 @@ void TestLayout::editorsTakeTheirRanges()
 
 void TestLayout::statusGroup()
 {
-    Stage stage;
-    const MainWindow &window = stage.window();
-    const Operator &hand = stage.hand();
+    const MainWindow &window = stage->window();
+    const Operator &hand = stage->hand();
     QGridLayout *grid = gridOf(window, "deviceStatusGroup");
     QCOMPARE(grid->columnStretch(1), 1);
     QCOMPARE(grid->horizontalSpacing(), 12);
@@ -510,10 +514,9 @@ void TestLayout::statusGroup()
 
 void TestLayout::logGroup()
 {
-    Stage stage;
-    const Operator &hand = stage.hand();
+    const Operator &hand = stage->hand();
     auto *layout = qobject_cast<QVBoxLayout *>(
-        stage.window().findChild<QGroupBox *>(QStringLiteral("logGroup"))->layout());
+        stage->window().findChild<QGroupBox *>(QStringLiteral("logGroup"))->layout());
     QVERIFY(layout);
     QCOMPARE(layout->count(), 2);
     QCOMPARE(layout->itemAt(0)->widget(), hand.logView());
@@ -530,11 +533,10 @@ void TestLayout::logGroup()
 
 void TestLayout::styleSheetIsTheWindowsOwn()
 {
-    Stage stage;
-    const QString sheet = stage.window().styleSheet();
+    const QString sheet = stage->window().styleSheet();
     QVERIFY(qApp->styleSheet().isEmpty());
     QWidget other;
-    stage.window().applyApplicationStyle(&other);
+    stage->window().applyApplicationStyle(&other);
     QCOMPARE(other.styleSheet(), sheet);
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/serial/rawpeer.h"
 
+#include <QFile>
+
 #include <array>
 #include <unistd.h>
 
@@ -10,7 +12,15 @@ RawPeer::RawPeer()
 {
     if (!m_terminal.open())
         qFatal("%s", qPrintable(m_terminal.errorString()));
-    m_path = m_terminal.hostPath();
+    m_path = m_directory.filePath(QStringLiteral("port"));
+    if (!QFile::link(m_terminal.hostPath(), m_path))
+        qFatal("no link can be made at %s", qPrintable(m_path));
+}
+
+void RawPeer::unplug()
+{
+    QFile::remove(m_path);
+    m_terminal.close();
 }
 
 qsizetype RawPeer::write(const QByteArray &bytes)

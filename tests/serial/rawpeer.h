@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QTemporaryDir>
 
 namespace qx {
 
@@ -17,7 +18,9 @@ public:
     RawPeer();
 
     bool isPluggedIn() const { return m_terminal.isOpen(); }
-    QString path() const { return m_path; } ///< stays after the plug is pulled
+    /// A name of this peer's own: the system gives a terminal's number to the next one at once.
+    /// Nothing is there any more once the plug is pulled.
+    QString path() const { return m_path; }
 
     /// How many of the bytes the line took.
     qsizetype write(const QByteArray &bytes);
@@ -25,9 +28,10 @@ public:
     /// Everything that arrived so far; reads what is there now.
     QByteArray received();
 
-    void unplug() { m_terminal.close(); }
+    void unplug();
 
 private:
+    QTemporaryDir m_directory;
     PseudoTerminal m_terminal;
     QString m_path;
     QByteArray m_received;

@@ -37,7 +37,7 @@ QGroupBox *group(const MainWindow &window, const char *name)
     return window.findChild<QGroupBox *>(QLatin1String(name));
 }
 
-int handleX(const QSlider *slider, int value)
+QPoint handleAt(const QSlider *slider, int value)
 {
     QStyleOptionSlider option;
     option.initFrom(slider);
@@ -47,10 +47,9 @@ int handleX(const QSlider *slider, int value)
     option.sliderPosition = value;
     option.sliderValue = value;
     option.subControls = QStyle::SC_All;
-    return slider->style()
-        ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider)
-        .center()
-        .x();
+    const QRect handle = slider->style()->subControlRect(QStyle::CC_Slider, &option,
+                                                         QStyle::SC_SliderHandle, slider);
+    return {handle.center().x(), slider->height() / 2};
 }
 
 } // namespace
@@ -354,15 +353,36 @@ void Operator::type(QLineEdit *edit, const QString &text) const
 
 void Operator::drag(QSlider *slider, int fromValue, int toValue) const
 {
-    const int y = slider->height() / 2;
-    QTest::mousePress(slider, Qt::LeftButton, {}, QPoint(handleX(slider, fromValue), y));
-    QTest::mouseMove(slider, QPoint(handleX(slider, toValue), y));
-    QTest::mouseRelease(slider, Qt::LeftButton, {}, QPoint(handleX(slider, toValue), y));
+    QTest::mousePress(slider, Qt::LeftButton, {}, handleAt(slider, fromValue));
+    moveHandle(slider, toValue);
+    letGo(slider);
 }
 
 void Operator::dragTo(QSlider *slider, int value) const
 {
     drag(slider, slider->value(), value);
+}
+
+void Operator::grab(QSlider *slider) const
+{
+    QTest::mousePress(slider, Qt::LeftButton, {}, handleAt(slider, slider->value()));
+}
+
+// The handle does not stand exactly where the mouse holds it: a hand corrects the last pixels.
+void Operator::moveHandle(QSlider *slider, int toValue) const
+{
+    constexpr int mostCorrections = 20;
+    QPoint at = handleAt(slider, toValue);
+    QTest::mouseMove(slider, at);
+    for (int i = 0; i < mostCorrections && slider->sliderPosition() != toValue; ++i) {
+        at.rx() += slider->sliderPosition() < toValue ? 1 : -1;
+        QTest::mouseMove(slider, at);
+    }
+}
+
+void Operator::letGo(QSlider *slider) const
+{
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, handleAt(slider, slider->value()));
 }
 
 QString Operator::text(const QLabel *label)

@@ -87,6 +87,11 @@ public:
     void drag(QSlider *slider, int fromValue, int toValue) const; ///< press, move, release
     void dragTo(QSlider *slider, int value) const;                ///< from where the handle stands
 
+    // The steps of a drag, for a look at what happens in between.
+    void grab(QSlider *slider) const;
+    void moveHandle(QSlider *slider, int toValue) const;
+    void letGo(QSlider *slider) const; ///< where the handle is
+
 private:
     static QString text(const QLabel *label);
 

@@ -1,0 +1,808 @@
+// SPDX-License-Identifier: MIT
+//
+// Thousands of steps of an operator at the window and of a player that answers rightly, wrongly,
+// late, twice or not at all. An account is kept of what log and status bar say; a line that the
+// rules of the link do not allow, or a missing one, ends the walk.
+//
+// QX_WALK_SEED and QX_WALK_STEPS choose another walk.
+#include "i18n/language.h"
+#include "protocol/protocol.h"
+#include "tests/support/stage.h"
+
+#include <QAction>
+#include <QElapsedTimer>
+#include <QPlainTextEdit>
+#include <QRandomGenerator>
+#include <QStatusBar>
+#include <QTest>
+#include <QTextBlock>
+#include <QTimer>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace qx::test;
+using qx::ControlFrame;
+using qx::Language;
+using qx::Protocol;
+using qx::ReplyKind;
+using qx::SimulatedFrame;
+using qx::UiText;
+
+namespace {
+
+constexpr int standardSteps = 3000;
+constexpr int turnsAtMost = 5; // steps, each at least one turn of the event loop
+constexpr int writesAtMost = 3;
+constexpr qint64 ackWindowMs = 800;
+constexpr qint64 helloPeriodMs = 950; // a coarse timer of 1000 ms is 5 % early at most
+
+QString hello(int attempt)
+{
+    return Language::text(UiText::HelloLogLine).arg(attempt);
+}
+
+// What has to arrive in the order of sending. What a closing port may have swallowed can still
+// turn up late, but need not.
+class Line
+{
+public:
+    void sent(const QString &item) { awaited.append(item); }
+    void cut() { doubtful += std::exchange(awaited, {}); }
+    bool arrives(const QString &item)
+    {
+        if (!awaited.isEmpty() && awaited.first() == item) {
+            awaited.removeFirst();
+            return true;
+        }
+        return doubtful.removeOne(item);
+    }
+    bool isEmpty() const { return awaited.isEmpty(); }
+
+private:
+    QStringList awaited;
+    QStringList doubtful;
+};
+
+// The session as the rules allow it, told by the log lines and status messages alone. A frame is
+// known by its summary.
+class Account
+{
+public:
+    Account(Operator &operatorAtWindow, QString path)
+        : hand(operatorAtWindow)
+        , port(std::move(path))
+    {}
+
+    void logLine(const QString &line);
+    void statusMessage(const QString &message);
+    void frameArrived(const SimulatedFrame &frame);
+    void playerSaid(const QString &line)
+    {
+        fromPlayer.sent(line);
+        if (!open)
+            fromPlayer.cut();
+    }
+    void endOfStep();
+    bool isSettled() const
+    {
+        return inFlight.isEmpty() && pending.isEmpty() && offeredAgain.isEmpty() &&
+               toPlayer.isEmpty() && fromPlayer.isEmpty();
+    }
+    QString verdict() const { return violation; }
+
+    // Set while the operator acts: whether frames come from the hand, and from where.
+    bool operatorActs = false;
+    bool mayRestartHandshake = false;
+    QString typedFrame; ///< summary of the frame in the manual field, if that is being sent
+
+    // What happened, for the report.
+    int succeeded = 0, failed = 0, demoFrames = 0, writes = 0, retries = 0, queued = 0;
+    int displaced = 0, retained = 0, hellos = 0, losses = 0, timeouts = 0;
+
+private:
+    void require(bool condition, const char *rule);
+    bool takeDue(const QString &event);
+    QString offered() const { return typedFrame.isEmpty() ? hand.summary()->text() : typedFrame; }
+    QString outcome(UiText message, int ok, int fail) const;
+
+    void systemLine(const QString &message);
+    void errorLine(const QString &message);
+    void helloSent(const QString &message, bool wasDue);
+    void frameSent(const QString &summary, bool wasDue);
+    void frameSentAgain(const QString &summary, bool wasDue);
+    void heard(const QString &line);
+    void frameQueued();
+    void frameRetained();
+    void closed();
+    void finished(bool success);
+    void checkDisplays();
+
+    Operator &hand;
+    const QString port;
+    bool demo = true;
+    bool open = false;
+    bool linked = false;
+    int attempts = 0;
+    int timerHellos = 0;
+    QElapsedTimer sinceRestart;
+    QString inFlight;
+    int writesOfFrame = 0;
+    QElapsedTimer sinceWrite;
+    QString pending;
+    QString offeredAgain;          ///< posted to the event loop after an outcome
+    bool maybeTaken = false;       ///< the frame that was sent may have been that one
+    int stepsOfferedAgain = 0;     ///< for so long
+    std::optional<bool> finishing; ///< the outcome that the next status message tells
+    QStringList due;               ///< events that must come next
+    QString controllerError;
+    Line toPlayer;
+    Line fromPlayer;
+    QStringList history;
+    QString violation;
+};
+
+void Account::require(bool condition, const char *rule)
+{
+    if (condition || !violation.isEmpty())
+        return;
+    violation = u"%1, after:\n  %2"_s.arg(QLatin1String(rule), history.join(u"\n  "_s));
+}
+
+// False if nothing is due; a due event that does not come is a violation.
+bool Account::takeDue(const QString &event)
+{
+    history.append(event);
+    if (history.size() > 30)
+        history.removeFirst();
+    if (due.isEmpty())
+        return false;
+    const QString expected = due.takeFirst();
+    require(event == expected, qPrintable(u"due was: "_s + expected));
+    return true;
+}
+
+QString Account::outcome(UiText message, int ok, int fail) const
+{
+    return Language::text(UiText::ResultWithCounts)
+        .arg(Language::text(message), QString::number(ok), QString::number(fail));
+}
+
+void Account::logLine(const QString &line)
+{
+    const bool wasDue = takeDue(line);
+    const QString tag = line.first(5).trimmed();
+    const QString message = line.mid(6);
+    if (tag == u"SYS")
+        systemLine(message);
+    else if (tag == u"ERR")
+        errorLine(message);
+    else if (tag == u"TX" && message.startsWith(u"QXUSB"))
+        helloSent(message, wasDue);
+    else if (tag == u"TX")
+        frameSent(message, wasDue);
+    else if (tag == u"RETRY")
+        frameSentAgain(message, wasDue);
+    else if (tag == u"RX" && demo)
+        require(wasDue, "an acknowledgement in demo mode follows its frame");
+    else if (tag == u"RX")
+        heard(message);
+    else if (tag == u"QUEUE")
+        frameQueued();
+    else if (tag == u"WAIT")
+        frameRetained();
+    else
+        require(false, "no other tag");
+}
+
+void Account::systemLine(const QString &message)
+{
+    const QString opened = Language::text(UiText::PortOpened).arg(port, u"115200"_s);
+    const QString disconnected = Language::text(UiText::DisconnectedFrom).arg(port);
+    if (message == opened) {
+        require(!open && !demo, "a port opens only outside demo mode, and only once");
+        open = true;
+        fromPlayer.cut(); // opening discards what was said before
+        due = {u"status "_s + message, u"TX    "_s + hello(1)};
+    } else if (message == disconnected || message == controllerError) {
+        require(open || message == controllerError, "only an open port disconnects");
+        losses += open && message == controllerError;
+        closed();
+        due = {u"status "_s + message};
+        controllerError.clear();
+    } else if (message == Language::text(UiText::DemoModeDescription)) {
+        require(!open, "demo mode closes the port first");
+        demo = true;
+        closed();
+    } else if (message == Language::text(UiText::DemoModeDisabled)) {
+        demo = false;
+    }
+}
+
+void Account::errorLine(const QString &message)
+{
+    if (message == Language::text(UiText::CompleteHandshakeFirst)) {
+        require(!demo && !linked, "refused although ready");
+    } else if (message == Language::text(UiText::FrameNotSentDisconnected)) {
+        require(!demo && !open, "refused although the port is open");
+        if (!operatorActs)
+            require(!std::exchange(offeredAgain, {}).isEmpty(), "nobody offered that frame");
+    } else if (message == Language::text(UiText::HandshakePortDisconnected) ||
+               message == Language::text(UiText::NoUsablePort)) {
+        require(!demo && !open, "refused although the port is open");
+    } else if (message != Language::text(UiText::FrameNotSentReserved) &&
+               message != Language::text(UiText::ManualFrameIncomplete) &&
+               message != Language::text(UiText::ManualFrameInvalid)) {
+        controllerError = message;
+        due = {u"status "_s + message};
+    }
+}
+
+void Account::helloSent(const QString &message, bool wasDue)
+{
+    require(open && !demo, "HELLO needs an open port");
+    ++hellos;
+    if (message == hello(1)) {
+        require(wasDue || mayRestartHandshake, "nobody restarted the handshake");
+        linked = false;
+        attempts = 1;
+        timerHellos = 0;
+        sinceRestart.start();
+        return;
+    }
+    require(!linked && message == hello(attempts + 1), "attempts are counted one by one");
+    ++attempts;
+    if (!wasDue) {
+        ++timerHellos;
+        require(sinceRestart.elapsed() >= timerHellos * helloPeriodMs, "one HELLO each second");
+    }
+}
+
+// From the hand or the playback timer, offered again after an outcome, or (due) released by OK.
+void Account::frameSent(const QString &summary, bool wasDue)
+{
+    if (!wasDue && !operatorActs && summary == offeredAgain) {
+        maybeTaken = summary == offered(); // the playback timer could have sent the same
+        if (!maybeTaken)
+            offeredAgain.clear();
+    } else if (!wasDue) {
+        require(summary == offered(), "what is sent is what the editors or the hand offered");
+    }
+    if (demo) {
+        ++succeeded;
+        ++demoFrames;
+        due = {u"RX    QXUSB RX OK  (DEMO)"_s};
+        return;
+    }
+    require(open && linked, "a frame needs a complete handshake");
+    require(inFlight.isEmpty(), "one frame in flight at most");
+    inFlight = summary;
+    writesOfFrame = 1;
+    ++writes;
+    sinceWrite.start();
+    toPlayer.sent(summary);
+}
+
+void Account::frameSentAgain(const QString &summary, bool wasDue)
+{
+    require(!inFlight.isEmpty() && summary == inFlight, "only the frame in flight is sent again");
+    require(writesOfFrame < writesAtMost, "three writes of a frame at most");
+    require(wasDue || sinceWrite.elapsed() >= ackWindowMs, "not before 800 ms have passed");
+    timeouts += !wasDue;
+    ++writesOfFrame;
+    ++retries;
+    sinceWrite.start();
+    toPlayer.sent(summary);
+}
+
+void Account::heard(const QString &line)
+{
+    require(open, "a closed port says nothing");
+    require(fromPlayer.arrives(line), "the player said that, in this order");
+    switch (Protocol::parseReply(line.toLatin1()).kind) {
+    case ReplyKind::Ready:
+        if (!linked)
+            due = {u"TX    "_s + hello(attempts + 1)};
+        break;
+    case ReplyKind::Ok:
+        linked = true;
+        due = {u"status "_s + Language::text(UiText::HandshakeSucceeded)};
+        if (inFlight.isEmpty() && !pending.isEmpty())
+            due.append(u"TX    "_s + std::exchange(pending, {}));
+        break;
+    case ReplyKind::RxOk:
+        if (!inFlight.isEmpty()) {
+            due = {u"status "_s + outcome(UiText::EspFrameAccepted, succeeded + 1, failed)};
+            finishing = true;
+        }
+        break;
+    case ReplyKind::NeedHello:
+        if (!inFlight.isEmpty())
+            pending = std::exchange(inFlight, {});
+        due = {u"TX    "_s + hello(1)};
+        break;
+    case ReplyKind::BadChecksum:
+        if (inFlight.isEmpty())
+            break;
+        if (writesOfFrame < writesAtMost) {
+            due = {u"RETRY "_s + inFlight};
+        } else {
+            due = {u"status "_s + outcome(UiText::AckTimeout, succeeded, failed + 1)};
+            finishing = false;
+        }
+        break;
+    case ReplyKind::Ac39Fail:
+        due = {u"status "_s + outcome(UiText::EspForwardingFailed, succeeded, failed + 1)};
+        finishing = false;
+        break;
+    case ReplyKind::Unknown:
+        break;
+    }
+}
+
+// A frame of the hand waits; or the one that was offered again finds a newer one offered. The
+// playback timer offers nothing while a frame is in flight.
+void Account::frameQueued()
+{
+    if (operatorActs) {
+        require(!inFlight.isEmpty() && linked, "a frame waits only behind another");
+        pending = offered();
+        ++queued;
+    } else {
+        require(!std::exchange(offeredAgain, {}).isEmpty(), "nobody offered that frame");
+        ++displaced;
+    }
+}
+
+void Account::frameRetained()
+{
+    require(open && !linked && !demo, "frames are retained while the handshake is missing");
+    require(operatorActs || !offeredAgain.isEmpty(), "nobody offered that frame");
+    pending = operatorActs ? offered() : std::exchange(offeredAgain, {});
+    ++retained;
+    due = {u"TX    "_s + hello(1)};
+}
+
+void Account::closed()
+{
+    open = linked = false;
+    inFlight.clear();
+    pending.clear();
+    toPlayer.cut();
+    fromPlayer.cut();
+}
+
+void Account::finished(bool success)
+{
+    ++(success ? succeeded : failed);
+    inFlight.clear();
+    if (!pending.isEmpty() && (linked || demo)) {
+        offeredAgain = std::exchange(pending, {});
+        stepsOfferedAgain = 0;
+        maybeTaken = false;
+    }
+}
+
+void Account::statusMessage(const QString &message)
+{
+    const bool wasDue = takeDue(u"status "_s + message);
+    if (finishing) {
+        finished(*std::exchange(finishing, {}));
+    } else if (message == outcome(UiText::AckTimeout, succeeded, failed + 1)) {
+        require(!inFlight.isEmpty() && writesOfFrame == writesAtMost,
+                "three writes before giving up");
+        require(sinceWrite.elapsed() >= ackWindowMs, "not before 800 ms have passed");
+        ++timeouts;
+        finished(false);
+    } else if (!wasDue) {
+        require(message == Language::text(UiText::SelectPortStatus).arg(u"0.3.5"_s),
+                "no other message by itself");
+    }
+}
+
+void Account::frameArrived(const SimulatedFrame &frame)
+{
+    require(Protocol::isValidControlFrame(frame.bytes), "the player gets valid frames only");
+    require(toPlayer.arrives(Protocol::frameSummary(frame.bytes)),
+            "the player gets what the log says, in this order");
+}
+
+void Account::endOfStep()
+{
+    require(due.isEmpty(), "something due did not come");
+    if (!offeredAgain.isEmpty() && ++stepsOfferedAgain == turnsAtMost) {
+        require(maybeTaken, "the waiting frame is offered again");
+        offeredAgain.clear();
+    }
+    checkDisplays();
+}
+
+void Account::checkDisplays()
+{
+    const QString link = demo     ? Language::text(UiText::OfflineDemo)
+                         : linked ? Language::text(UiText::HandshakeComplete)
+                         : open   ? Language::text(UiText::HandshakingAttempt).arg(attempts)
+                                  : Language::text(UiText::Disconnected);
+    const QString handshake = demo     ? u"DEMO"_s
+                              : linked ? u"QXUSB OK"_s
+                              : open   ? Language::text(UiText::Handshaking)
+                                       : Language::text(UiText::Disconnected);
+    require(hand.lampIsLit() == (demo || linked), "the lamp tells whether frames may go out");
+    require(hand.linkText()->text() == link, "the link text follows the flags");
+    require(hand.row(1)->text() == handshake, "the handshake row follows the flags");
+    require(hand.connectButton()->isEnabled() != demo, "no connecting in demo mode");
+    require(hand.connectButton()->text() ==
+                Language::text(open ? UiText::DisconnectButton : UiText::ConnectHandshakeButton),
+            "the button says what it will do");
+    require(hand.row(6)->text().endsWith(u" · OK %1 / FAIL %2"_s.arg(succeeded).arg(failed)) ||
+                hand.row(6)->text() == u"TX 0 B / RX 0 B"_s,
+            "the counters");
+
+    const bool stopped = hand.state() == Language::text(UiText::StateStopped);
+    require(stopped || demo || open, "without a line nothing plays");
+    require(hand.row(2)->text() == hand.state(), "both states agree");
+    require(hand.row(4)->text() ==
+                u"%1 / %2"_s.arg(stopped ? 0 : hand.frame()->value()).arg(hand.total()->value()),
+            "the frame row");
+    require(hand.position()->text() ==
+                u"%1 / %2"_s.arg(qMin(hand.frame()->value(), hand.total()->value()))
+                    .arg(hand.total()->value()),
+            "the panel shows the frame");
+}
+
+} // namespace
+
+class RandomWalkTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void walk();
+
+private:
+    // One thing that can happen, and how likely it is now.
+    struct Choice
+    {
+        int weight;
+        std::function<void()> act;
+    };
+
+    Operator &hand() { return stage.hand(); }
+    qx::PlayerSimulator &player() { return stage.player(); }
+    int below(int bound) { return random.bounded(bound); }
+
+    void watch();
+    void readLog();
+    void step();
+    QList<Choice> operatorChoices();
+    QList<Choice> transportChoices();
+    QList<Choice> worldChoices();
+    void acting(const std::function<void()> &act);
+    void editSomething();
+    void sendTypedFrame();
+    void sendAtOnce();
+    void sendNonsense();
+    void restartHandshake();
+    void typeReserved(bool valid);
+    void connectToPort();
+    void changeLanguage();
+    void say(const QByteArray &line);
+    void sayLater(const QByteArray &line);
+    void answerHello();
+    void answerFrame();
+    QByteArray anyLine();
+    void settle();
+
+    Stage stage;
+    std::unique_ptr<Account> account;
+    QRandomGenerator random;
+    int steps = 0;
+    int linesRead = 0;
+    bool mute = false; ///< the player
+};
+
+void RandomWalkTest::initTestCase()
+{
+    const auto setting = [](const char *name, int otherwise) {
+        bool given = false;
+        const int value = qEnvironmentVariableIntValue(name, &given);
+        return given ? value : otherwise;
+    };
+    const int seed = setting("QX_WALK_SEED", 1);
+    steps = setting("QX_WALK_STEPS", standardSteps);
+    qInfo("QX_WALK_SEED=%d QX_WALK_STEPS=%d", seed, steps);
+    random.seed(static_cast<quint32>(seed));
+    account = std::make_unique<Account>(hand(), stage.portPath());
+    watch();
+}
+
+void RandomWalkTest::watch()
+{
+    readLog();
+    connect(hand().logView(), &QPlainTextEdit::textChanged, this, &RandomWalkTest::readLog);
+    connect(stage.window().statusBar(), &QStatusBar::messageChanged, this,
+            [this](const QString &message) {
+                if (!message.isEmpty())
+                    account->statusMessage(message);
+                if (below(10) == 0) // quicker than a frame that is offered again
+                    QMetaObject::invokeMethod(this, &RandomWalkTest::sendAtOnce,
+                                              Qt::QueuedConnection);
+            });
+    qx::SimulatorBehaviour leavesAnswersToUs;
+    leavesAnswersToUs.silent = true;
+    player().setBehaviour(leavesAnswersToUs);
+    player().setKeepRecords(0);
+    connect(&player(), &qx::PlayerSimulator::helloReceived, this, &RandomWalkTest::answerHello);
+    connect(&player(), &qx::PlayerSimulator::frameArrived, this,
+            [this](const SimulatedFrame &frame) {
+                account->frameArrived(frame);
+                answerFrame();
+            });
+}
+
+// Each line the moment it is written, so that lines and messages stay in order.
+void RandomWalkTest::readLog()
+{
+    const QTextDocument *document = hand().logView()->document();
+    if (document->isEmpty()) {
+        linesRead = 0;
+        return;
+    }
+    while (linesRead < document->blockCount())
+        account->logLine(document->findBlockByNumber(linesRead++).text().mid(15));
+}
+
+// What the operator does is done at once; no event comes in between.
+void RandomWalkTest::acting(const std::function<void()> &act)
+{
+    account->operatorActs = true;
+    act();
+    account->operatorActs = false;
+    account->mayRestartHandshake = false;
+    account->typedFrame.clear();
+}
+
+QList<RandomWalkTest::Choice> RandomWalkTest::transportChoices()
+{
+    const auto click = [this](QAbstractButton *button) { hand().click(button); };
+    const auto drag = [this](QSlider *slider) {
+        hand().dragTo(slider, slider->minimum() + below(slider->maximum() - slider->minimum() + 1));
+    };
+    return {
+        {60, [=, this] { click(hand().play()); }},
+        {30, [=, this] { click(hand().pause()); }},
+        {25, [=, this] { click(hand().stop()); }},
+        {10, [=, this] { click(hand().stopZero()); }},
+        {20, [=, this] { click(below(2) ? hand().increase() : hand().decrease()); }},
+        {10, [=, this] { click(hand().replay()); }},
+        {30, [=, this] { drag(hand().seekSlider()); }},
+        {10, [=, this] { drag(hand().timeSlider()); }},
+    };
+}
+
+// While the player is mute, nothing else ends the waiting for its answer.
+QList<RandomWalkTest::Choice> RandomWalkTest::operatorChoices()
+{
+    const bool demo = hand().demo()->isChecked();
+    const bool open = hand().connectButton()->text() == Language::text(UiText::DisconnectButton);
+    const bool spoilt = !hand().reserved()->styleSheet().isEmpty();
+    return {
+        {180, [this] { hand().click(hand().sendFrame()); }},
+        {80, [this] { sendTypedFrame(); }},
+        {80, [this] { editSomething(); }},
+        {10, [this] { sendNonsense(); }},
+        {mute ? 0 : 20, [this] { restartHandshake(); }},
+        {spoilt ? 150 : 3, [this, spoilt] { typeReserved(spoilt); }},
+        {demo || open ? 0 : 400, [this] { connectToPort(); }},
+        {open && !mute ? 6 : 0, [this] { hand().click(hand().connectButton()); }},
+        {demo   ? 100
+         : mute ? 0
+                : 4,
+         [this, demo] { hand().setDemo(!demo); }},
+        {5, [this] { changeLanguage(); }},
+    };
+}
+
+// What happens without the operator.
+QList<RandomWalkTest::Choice> RandomWalkTest::worldChoices()
+{
+    const bool plugged = player().isPluggedIn();
+    return {
+        {300, [] {}},
+        {mute ? 0 : 30, [this] { say(anyLine()); }},
+        {plugged && !mute ? 5 : 0, [this] { stage.unplug(); }},
+        {plugged ? 0 : 200, [this] { stage.plugIn(); }},
+        {mute ? 5 : 2, [this] { mute = !mute; }},
+        {5, [this] { player().setPaused(true); }},
+        {50, [this] { player().setPaused(false); }},
+    };
+}
+
+void RandomWalkTest::step()
+{
+    const auto pick = [this](const QList<Choice> &choices) {
+        int total = 0;
+        for (const Choice &choice : choices)
+            total += choice.weight;
+        int chance = below(total);
+        for (const Choice &choice : choices) {
+            chance -= choice.weight;
+            if (chance < 0)
+                return choice.act;
+        }
+        Q_UNREACHABLE();
+    };
+    if (below(3) == 0)
+        pick(worldChoices())();
+    else
+        acting(pick(operatorChoices() + transportChoices()));
+    if (hand().logView()->blockCount() > 2000)
+        hand().click(hand().clearLog());
+    for (int turns = below(3); turns >= 0; --turns)
+        QTest::qWait(below(3)); // time for the other side, more or less of it
+    account->endOfStep();
+}
+
+void RandomWalkTest::editSomething()
+{
+    QSpinBox *const editors[] = {hand().header(), hand().red(),   hand().green(), hand().blue(),
+                                 hand().white(),  hand().frame(), hand().total()};
+    QSpinBox *editor = editors[below(7)];
+    hand().type(editor, below(editor == hand().total() ? 40 : editor->maximum() + 1));
+}
+
+void RandomWalkTest::sendTypedFrame()
+{
+    const auto byte = [this] { return static_cast<quint8>(below(256)); };
+    ControlFrame frame;
+    frame.hy = byte();
+    frame.frame = static_cast<quint16>(below(65536));
+    frame.red = byte();
+    frame.green = byte();
+    account->typedFrame = Protocol::frameSummary(frame);
+    const QString text = Protocol::bytesToHex(Protocol::encodeControlFrame(frame));
+    hand().type(hand().manual(), text);
+    hand().click(hand().sendHex());
+}
+
+void RandomWalkTest::sendAtOnce()
+{
+    acting([this] { hand().click(hand().sendFrame()); });
+}
+
+void RandomWalkTest::sendNonsense()
+{
+    hand().type(hand().manual(), below(2) ? u"12 34"_s : QString(40, u'1'));
+    hand().click(hand().sendHex());
+}
+
+void RandomWalkTest::restartHandshake()
+{
+    account->mayRestartHandshake = true;
+    if (below(2)) {
+        hand().click(hand().handshakeAgain());
+    } else {
+        hand().type(hand().manual(), u"hello"_s);
+        QTest::keyClick(hand().manual(), Qt::Key_Return);
+    }
+}
+
+void RandomWalkTest::typeReserved(bool valid)
+{
+    hand().type(hand().reserved(), valid ? u"01 02 03 04 05 06"_s : u"01 02"_s);
+}
+
+void RandomWalkTest::connectToPort()
+{
+    if (below(4)) // else the list may be an old one
+        hand().click(hand().refresh());
+    hand().ports()->setCurrentIndex(hand().ports()->findData(stage.portPath()));
+    hand().click(hand().connectButton());
+}
+
+void RandomWalkTest::changeLanguage()
+{
+    const bool english = Language::current() == qx::UiLanguage::English;
+    stage.window()
+        .findChild<QAction *>(english ? u"languageChineseAction"_s : u"languageEnglishAction"_s)
+        ->trigger();
+}
+
+// Only what the cable takes is said.
+void RandomWalkTest::say(const QByteArray &line)
+{
+    if (!player().isPluggedIn())
+        return;
+    account->playerSaid(QString::fromLatin1(line));
+    player().say(line + '\n');
+}
+
+void RandomWalkTest::sayLater(const QByteArray &line)
+{
+    QTimer::singleShot(below(40), this, [this, line] { say(line); });
+}
+
+QByteArray RandomWalkTest::anyLine()
+{
+    static const QByteArrayList lines{"QXUSB READY",      "QXUSB OK",           "QXUSB RX OK",
+                                      "QXUSB NEED HELLO", "QXUSB BAD CHECKSUM", "QXUSB AC39 FAIL",
+                                      " qxusb rx ok ",    "QXUSB RX OK 1",      "QXUSB",
+                                      "\xFF\x80\xE9 %1",  "rst:0x15 boot:0x28", "QXUSB HELLO"};
+    return lines.at(below(static_cast<int>(lines.size())));
+}
+
+void RandomWalkTest::answerHello()
+{
+    if (mute)
+        return;
+    const int chance = below(100);
+    if (chance < 80)
+        say("QXUSB OK");
+    else if (chance < 85)
+        sayLater("QXUSB OK");
+    else if (chance < 90)
+        say("QXUSB READY");
+    else if (chance < 95)
+        say(anyLine());
+}
+
+void RandomWalkTest::answerFrame()
+{
+    if (mute)
+        return;
+    const int chance = below(1000);
+    if (chance < 650) {
+        say("QXUSB RX OK");
+    } else if (chance < 700) { // twice
+        say("QXUSB RX OK");
+        say("QXUSB RX OK");
+    } else if (chance < 780) {
+        sayLater("QXUSB RX OK");
+    } else if (chance < 860) {
+        say("QXUSB BAD CHECKSUM");
+    } else if (chance < 900) {
+        say("QXUSB AC39 FAIL");
+    } else if (chance < 920) {
+        say("QXUSB NEED HELLO");
+    } else if (chance < 996) { // after something else
+        say(anyLine());
+        say("QXUSB RX OK");
+    } // else nothing
+}
+
+// From here on the player behaves: everything under way comes to its end.
+void RandomWalkTest::settle()
+{
+    mute = false;
+    player().setPaused(false);
+    QTRY_VERIFY_WITH_TIMEOUT(account->isSettled() || !account->verdict().isEmpty(), 10'000);
+}
+
+void RandomWalkTest::walk()
+{
+    for (int i = 0; i < steps && account->verdict().isEmpty(); ++i)
+        step();
+    settle();
+    qInfo("succeeded %d (%d in demo mode), failed %d, written %d, again %d (%d by timeout), "
+          "queued %d, displaced %d, retained %d, HELLO %d, lines lost %d",
+          account->succeeded, account->demoFrames, account->failed, account->writes,
+          account->retries, account->timeouts, account->queued, account->displaced,
+          account->retained, account->hellos, account->losses);
+    const QStringList verdict = account->verdict().split(u'\n', Qt::SkipEmptyParts);
+    for (const QString &line : verdict)
+        qInfo("%s", qPrintable(line));
+    QVERIFY(account->verdict().isEmpty());
+    QCOMPARE(player().checksumErrors(), 0);
+    QCOMPARE(player().unknownBytes(), 0);
+    for (const int happened : {account->demoFrames, account->failed, account->retries,
+                               account->queued, account->retained, account->losses})
+        QVERIFY2(happened > 0 || steps < standardSteps, "the walk saw too little");
+}
+
+QTEST_MAIN(RandomWalkTest)
+#include "tst_randomwalk.moc"

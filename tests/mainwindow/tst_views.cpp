@@ -1,0 +1,323 @@
+// SPDX-License-Identifier: MIT
+#include "serial/serialcontroller.h"
+#include "tests/support/stage.h"
+
+#include <QFile>
+#include <QMenu>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
+#include <QTime>
+
+#include <memory>
+
+using qx::MainWindow;
+using qx::SerialController;
+using qx::test::Operator;
+using qx::test::Stage;
+
+namespace {
+
+// The same text as the operator sees it in the log, stamp included.
+QString lastLine(const Operator &hand)
+{
+    return hand.logView()->document()->lastBlock().text();
+}
+
+// Memory that this process holds, in bytes.
+qint64 residentBytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    constexpr qint64 pageSize = 4096;
+    return file.readAll().split(' ').value(1).toLongLong() * pageSize;
+}
+
+constexpr bool withSanitizer =
+#if defined(__SANITIZE_ADDRESS__)
+    true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+    true;
+#else
+    false;
+#endif
+#else
+    false;
+#endif
+
+} // namespace
+
+class TestViews : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { stage = std::make_unique<Stage>(); }
+    void cleanup() { stage.reset(); }
+
+    void logLineHasStampChannelAndMessage();
+    void stampIsTheTimeOfDay();
+    void channelIsPaddedOrCut_data();
+    void channelIsPaddedOrCut();
+    void messageIsShownAsItIs_data();
+    void messageIsShownAsItIs();
+    void lineBreaksDoNotBreakALine_data();
+    void lineBreaksDoNotBreakALine();
+    void detailIsNotShown();
+    void newestLineIsInView();
+    void oldestLineFallsOff();
+    void memoryStaysFlat();
+    void clearEmptiesTheLogOnly();
+    void rowsWhileStopped();
+    void rowsWhilePlaying();
+    void rowsFollowTheEditors();
+    void trafficStartsShort();
+    void trafficCountsInFull();
+    void trafficCountsFrames();
+    void menuLeavesTheStatusBarAlone();
+
+private:
+    std::unique_ptr<Stage> stage;
+};
+
+void TestViews::logLineHasStampChannelAndMessage()
+{
+    const Operator &hand = stage->hand();
+    stage->window().appendLog(QStringLiteral("SYS"), QStringLiteral("hello"));
+    static const QRegularExpression pattern(
+        QStringLiteral("^\\[([01]\\d|2[0-3]):[0-5]\\d:[0-5]\\d\\.\\d{3}\\] SYS   hello$"));
+    const QString line = lastLine(hand);
+    QVERIFY2(pattern.match(line).hasMatch(), qPrintable(line));
+}
+
+void TestViews::stampIsTheTimeOfDay()
+{
+    const auto now = [] { return QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz")); };
+    const QString before = now();
+    stage->window().appendLog(QStringLiteral("SYS"), QStringLiteral("now"));
+    const QString after = now();
+    const QString stamp = lastLine(stage->hand()).mid(1, 12);
+    if (before <= after) // not across midnight
+        QVERIFY2(before <= stamp && stamp <= after, qPrintable(stamp));
+}
+
+void TestViews::channelIsPaddedOrCut_data()
+{
+    QTest::addColumn<QString>("channel");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("short") << QStringLiteral("TX") << QStringLiteral("TX    message");
+    QTest::newRow("exact") << QStringLiteral("HELLO") << QStringLiteral("HELLO message");
+    QTest::newRow("too long") << QStringLiteral("CHANNEL") << QStringLiteral("CHANN message");
+    QTest::newRow("empty") << QString() << QStringLiteral("      message");
+}
+
+void TestViews::channelIsPaddedOrCut()
+{
+    QFETCH(const QString, channel);
+    stage->window().appendLog(channel, QStringLiteral("message"));
+    QTEST(stage->hand().lastLog(), "shown");
+}
+
+void TestViews::messageIsShownAsItIs_data()
+{
+    QTest::addColumn<QString>("message");
+    QTest::newRow("placeholders") << QStringLiteral("50%1 and %2 and %3.mp3");
+    QTest::newRow("markup") << QStringLiteral("<b>bold</b> &amp;");
+    QTest::newRow("Chinese") << QStringLiteral("已切换为中文 — “引号”");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("spaces at both ends") << QStringLiteral("  two  ");
+    QTest::newRow("written line feed") << QStringLiteral("QXUSB HELLO\\n");
+    QTest::newRow("very long") << QString(5000, u'x');
+}
+
+void TestViews::messageIsShownAsItIs()
+{
+    QFETCH(const QString, message);
+    stage->window().appendLog(QStringLiteral("RX"), message);
+    QCOMPARE(stage->hand().lastLog(), QStringLiteral("RX    ") + message);
+}
+
+void TestViews::lineBreaksDoNotBreakALine_data()
+{
+    QTest::addColumn<QString>("separator");
+    QTest::newRow("line feed") << QStringLiteral("\n");
+    QTest::newRow("carriage return") << QStringLiteral("\r");
+    QTest::newRow("both") << QStringLiteral("\r\n");
+    QTest::newRow("line separator") << QString(QChar::LineSeparator);
+    QTest::newRow("paragraph separator") << QString(QChar::ParagraphSeparator);
+    QTest::newRow("start of a text frame") << QString(QChar(0xfdd0));
+    QTest::newRow("end of a text frame") << QString(QChar(0xfdd1));
+    QTest::newRow("form feed") << QStringLiteral("\f");
+    QTest::newRow("vertical tab") << QStringLiteral("\v");
+    QTest::newRow("next line") << QString(QChar(0x85));
+    QTest::newRow("null") << QString(QChar(0));
+}
+
+void TestViews::lineBreaksDoNotBreakALine()
+{
+    QFETCH(const QString, separator);
+    const QPlainTextEdit *log = stage->hand().logView();
+    const int before = log->blockCount();
+    stage->window().appendLog(QStringLiteral("RX"), QStringLiteral("one%1two").arg(separator));
+    QCOMPARE(log->blockCount(), before + 1);
+    const QString line = lastLine(stage->hand());
+    QVERIFY(line.contains(QStringLiteral("RX    one")));
+    QVERIFY(line.endsWith(QStringLiteral("two")));
+    QVERIFY(!line.contains(QChar::LineSeparator));
+}
+
+void TestViews::detailIsNotShown()
+{
+    stage->window().appendLog(QStringLiteral("SYS"), QStringLiteral("message"),
+                              QStringLiteral("detail"));
+    QCOMPARE(stage->hand().lastLog(), QStringLiteral("SYS   message"));
+}
+
+void TestViews::newestLineIsInView()
+{
+    const QScrollBar *bar = stage->hand().logView()->verticalScrollBar();
+    for (int i = 0; i < 100; ++i)
+        stage->window().appendLog(QStringLiteral("SYS"), QString::number(i));
+    QVERIFY(bar->maximum() > 0);
+    QCOMPARE(bar->value(), bar->maximum());
+    stage->hand().logView()->verticalScrollBar()->setValue(3);
+    stage->window().appendLog(QStringLiteral("SYS"), QStringLiteral("newest"));
+    QCOMPARE(bar->value(), bar->maximum());
+}
+
+void TestViews::oldestLineFallsOff()
+{
+    stage->hand().click(stage->hand().clearLog());
+    for (int i = 1; i <= 3000; ++i)
+        stage->window().appendLog(QStringLiteral("SYS"), QString::number(i));
+    QStringList lines = stage->hand().log();
+    QCOMPARE(lines.size(), 3000);
+    QCOMPARE(lines.first(), QStringLiteral("SYS   1"));
+    stage->window().appendLog(QStringLiteral("SYS"), QStringLiteral("3001"));
+    lines = stage->hand().log();
+    QCOMPARE(lines.size(), 3000);
+    QCOMPARE(lines.first(), QStringLiteral("SYS   2"));
+    QCOMPARE(lines.last(), QStringLiteral("SYS   3001"));
+}
+
+void TestViews::memoryStaysFlat()
+{
+    constexpr int lines = 100'000;
+    const auto fill = [this](int from, int to) {
+        for (int i = from; i < to; ++i)
+            stage->window().appendLog(QStringLiteral("TX"),
+                                      QStringLiteral("HY: 0  Frame: %1  R: 255").arg(i));
+    };
+    fill(0, lines / 10);
+    const qint64 before = residentBytes();
+    fill(lines / 10, lines);
+    const qint64 growth = residentBytes() - before;
+    QCOMPARE(stage->hand().logView()->blockCount(), 3000);
+    QVERIFY(before > 0);
+    if (!withSanitizer) // which keeps freed memory for a while
+        QVERIFY2(growth < 1024 * 1024, qPrintable(QString::number(growth)));
+}
+
+void TestViews::clearEmptiesTheLogOnly()
+{
+    const Operator &hand = stage->hand();
+    hand.click(hand.play());
+    hand.click(hand.pause());
+    const QString traffic = QStringLiteral("TX 40 B / RX 24 B · OK 2 / FAIL 0");
+    QTRY_COMPARE(hand.row(6)->text(), traffic);
+    QVERIFY(!hand.log().isEmpty());
+    hand.click(hand.clearLog());
+    QCOMPARE(hand.logView()->toPlainText(), QString());
+    QCOMPARE(hand.row(6)->text(), traffic);
+    QCOMPARE(hand.row(2)->text(), QStringLiteral("Paused"));
+}
+
+void TestViews::rowsWhileStopped()
+{
+    const Operator &hand = stage->hand();
+    hand.type(hand.header(), 9);
+    hand.type(hand.frame(), 25);
+    hand.type(hand.total(), 700);
+    hand.type(hand.red(), 10);
+    hand.type(hand.green(), 20);
+    hand.type(hand.blue(), 30);
+    hand.type(hand.white(), 40);
+    QCOMPARE(hand.row(2)->text(), QStringLiteral("Stopped"));
+    QCOMPARE(hand.row(3)->text(), QStringLiteral("9"));
+    QCOMPARE(hand.row(4)->text(), QStringLiteral("0 / 700"));
+    QCOMPARE(hand.row(5)->text(), QStringLiteral("0 / 0 / 0 / 0"));
+}
+
+void TestViews::rowsWhilePlaying()
+{
+    rowsWhileStopped();
+    const Operator &hand = stage->hand();
+    hand.click(hand.play());
+    hand.click(hand.pause()); // before the first step
+    QCOMPARE(hand.row(2)->text(), QStringLiteral("Paused"));
+    QCOMPARE(hand.row(4)->text(), QStringLiteral("25 / 700"));
+    QCOMPARE(hand.row(5)->text(), QStringLiteral("10 / 20 / 30 / 40"));
+    hand.click(hand.stop());
+    QCOMPARE(hand.row(2)->text(), QStringLiteral("Stopped"));
+    QCOMPARE(hand.row(4)->text(), QStringLiteral("0 / 700"));
+    QCOMPARE(hand.row(5)->text(), QStringLiteral("0 / 0 / 0 / 0"));
+}
+
+void TestViews::rowsFollowTheEditors()
+{
+    const Operator &hand = stage->hand();
+    hand.click(hand.play());
+    hand.click(hand.pause());
+    hand.type(hand.header(), 77);
+    QCOMPARE(hand.row(3)->text(), QStringLiteral("77"));
+    hand.type(hand.white(), 5);
+    QCOMPARE(hand.row(5)->text(), QStringLiteral("0 / 0 / 0 / 5"));
+    hand.type(hand.total(), 65535);
+    QCOMPARE(hand.row(4)->text().section(u'/', 1), QStringLiteral(" 65535"));
+}
+
+void TestViews::trafficStartsShort()
+{
+    // The first texts of the window are set by the retranslation, which also fills this row.
+    QCOMPARE(stage->hand().row(6)->text(), QStringLiteral("TX 0 B / RX 0 B · OK 0 / FAIL 0"));
+}
+
+void TestViews::trafficCountsInFull()
+{
+    auto *controller = stage->window().findChild<SerialController *>();
+    QVERIFY(controller);
+    emit controller->bytesTransmitted(5'000'000'000);
+    QTRY_COMPARE(stage->hand().row(6)->text(),
+                 QStringLiteral("TX 5000000000 B / RX 0 B · OK 0 / FAIL 0"));
+    const QByteArray received(64 * 1024 * 1024, 'x');
+    for (int i = 0; i < 40; ++i)
+        emit controller->rawReceived(received);
+    QTRY_COMPARE(stage->hand().row(6)->text(),
+                 QStringLiteral("TX 5000000000 B / RX 2684354560 B · OK 0 / FAIL 0"));
+}
+
+void TestViews::trafficCountsFrames()
+{
+    const Operator &hand = stage->hand();
+    hand.click(hand.sendFrame());
+    hand.click(hand.sendFrame());
+    QTRY_COMPARE(hand.row(6)->text(), QStringLiteral("TX 40 B / RX 24 B · OK 2 / FAIL 0"));
+}
+
+void TestViews::menuLeavesTheStatusBarAlone()
+{
+    const QString message = stage->hand().statusBar();
+    QVERIFY(!message.isEmpty());
+    auto *menu = stage->window().findChild<QMenu *>(QStringLiteral("languageMenu"));
+    menu->popup(QPoint());
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Escape);
+    QCOMPARE(stage->hand().statusBar(), message);
+}
+
+QTEST_MAIN(TestViews)
+#include "tst_views.moc"
