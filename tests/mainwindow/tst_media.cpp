@@ -181,6 +181,8 @@ private slots:
     void suffixInCapitals();
     void videoUnderAnAudioName();
     void audioUnderAVideoName();
+    void soundHasNoPreview();
+    void readyIsSaidOnce();
     void oddNames_data();
     void oddNames();
     void loadedNotPlayed();
@@ -355,6 +357,35 @@ void TestMedia::audioUnderAVideoName()
     QTRY_VERIFY(isReady(stage));
     QVERIFY(preview(stage)->isVisible());
     QCOMPARE(stage.hand().log("ERR"), QStringList());
+    emit stage.hand().media()->hasVideoChanged(false);
+    QVERIFY(preview(stage)->isVisible());
+}
+
+void TestMedia::soundHasNoPreview()
+{
+    Stage stage;
+    QVERIFY(stage.window().loadMediaFile(wav));
+    QTRY_VERIFY(isReady(stage));
+    preview(stage)->show();
+    emit stage.hand().media()->hasVideoChanged(false);
+    QVERIFY(!preview(stage)->isVisible());
+}
+
+// The duration of some files changes while they play.
+void TestMedia::readyIsSaidOnce()
+{
+    Stage stage;
+    const Operator &hand = stage.hand();
+    QVERIFY(stage.window().loadMediaFile(wav));
+    emit hand.media()->durationChanged(0);
+    emit hand.media()->durationChanged(-1);
+    QCOMPARE(hand.log("MEDIA").size(), 1);
+    QTRY_VERIFY(isReady(stage));
+    hand.click(hand.play());
+    QTRY_VERIFY(hand.media()->position() > 300);
+    emit hand.media()->durationChanged(1100);
+    QCOMPARE(hand.log("MEDIA").size(), 2);
+    QVERIFY(hand.media()->position() > 300); // nor is the media moved
 }
 
 void TestMedia::oddNames_data()
