@@ -212,6 +212,7 @@ private slots:
     void okCompletes();
     void otherLinesAreOnlyLogged_data();
     void otherLinesAreOnlyLogged();
+    void aFloodOfTextIsReported();
     void okWhileLinkedRepeatsTheDisplays();
     void theSameMessageLivesItsWholeTimeAgain();
     void needHelloStartsAgain();
@@ -423,6 +424,21 @@ void LinkTest::otherLinesAreOnlyLogged()
     QCOMPARE(hand().log(), QStringList({u"RX    "_s + QString::fromLatin1(line)}));
     QCOMPARE(displays(*stage), handshaking(1));
     QCOMPARE(hand().statusBar(), message);
+}
+
+// An error of the controller that does not end the connection.
+void LinkTest::aFloodOfTextIsReported()
+{
+    beLinked(*stage);
+    clearLog();
+    const QString message = either(u"ESP text response buffer exceeded 4 KiB and was cleared"_s,
+                                   u"ESP文本响应缓存超过4 KiB，已清空"_s);
+    player().say(QByteArray(4097, 'x'));
+    QTRY_COMPARE(hand().log(), QStringList({u"ERR   "_s + message}));
+    QCOMPARE(hand().statusBar(), message);
+    QCOMPARE(hand().statusLifetimeMs(), 5000);
+    QCOMPARE(displays(*stage), linked(*stage));
+    QVERIFY(hand().row(6)->text().startsWith(u"TX 12 B / RX 4106 B"_s));
 }
 
 void LinkTest::okWhileLinkedRepeatsTheDisplays()
@@ -653,7 +669,14 @@ void LinkTest::demoTakesOver()
     QFETCH(Act, prepare);
     prepare(*stage);
     clearLog();
+    const QStringList before = displays(*stage);
+    QStringList whenDisconnected;
+    QObject listener;
+    connect(stage->window().findChild<qx::SerialController *>(),
+            &qx::SerialController::connectionChanged, &listener,
+            [&] { whenDisconnected = displays(*stage); });
     hand().setDemo(true);
+    QCOMPARE(whenDisconnected, before); // no "Disconnected" flashes up
     QCOMPARE(hand().log(), QStringList({u"SYS   "_s + disconnectedFrom(*stage), demoOn()}));
     QCOMPARE(displays(*stage), demo());
     QCOMPARE(hand().connectButton()->text(), connectText());

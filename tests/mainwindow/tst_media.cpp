@@ -121,11 +121,15 @@ Offer browse(Stage &stage, Answer answer, const QString &path = {})
     Offer offer;
     QTimer look; // the click returns when the dialog is answered
     QObject::connect(&look, &QTimer::timeout, [&] {
+        // A dialog that has not read the directory yet does not know the file and says so.
+        if (auto *complaint = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            complaint->accept();
         auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        if (!dialog || offer.shown)
+        if (!dialog || !dialog->isVisible())
             return;
-        offer = {true, dialog->windowTitle(), dialog->directory().absolutePath(),
-                 dialog->nameFilters()};
+        if (!offer.shown)
+            offer = {true, dialog->windowTitle(), dialog->directory().absolutePath(),
+                     dialog->nameFilters()};
         answer(dialog, path);
     });
     look.start(10);

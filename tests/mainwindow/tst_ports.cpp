@@ -104,7 +104,7 @@ void PortsTest::listsWhatIsThere()
 {
     const QString b = requested->add(u"b"_s);
     const QString a = requested->add(u"A"_s);
-    const QString c = requested->add(u"C"_s);
+    const QString c = requested->add(u"C%2 100%1"_s); // no place for another text
     refresh();
     QStringList expected = machinePorts + QStringList{a, b, c};
     expected.sort(Qt::CaseInsensitive);
@@ -113,6 +113,8 @@ void PortsTest::listsWhatIsThere()
     const int index = hand().ports()->findData(b);
     QCOMPARE(hand().ports()->itemText(index), u"%1 — TESSALY_SERIAL_PORTS"_s.arg(b));
     QVERIFY(hand().ports()->itemIcon(index).isNull());
+    QCOMPARE(hand().ports()->itemText(hand().ports()->findData(c)),
+             c + u" — TESSALY_SERIAL_PORTS"_s);
 }
 
 void PortsTest::anEmptyList_data()
@@ -176,12 +178,13 @@ void PortsTest::aVanishedChoiceGivesWayToTheFirst()
 
 void PortsTest::tellsNamesApartByCase()
 {
-    requested->add(u"PLAYER"_s);
+    const QString capital = requested->add(u"PLAYER"_s);
     const QString small = requested->add(u"player"_s);
-    hand().choosePort(small);
-    QCOMPARE(hand().ports()->currentData().toString(), small);
-    refresh();
-    QCOMPARE(hand().ports()->currentData().toString(), small);
+    for (const QString &name : {capital, small}) {
+        hand().choosePort(name);
+        refresh();
+        QCOMPARE(hand().ports()->currentData().toString(), name);
+    }
 }
 
 // The list changes, the open port does not.

@@ -61,7 +61,7 @@ public:
         }
         return doubtful.removeOne(item);
     }
-    bool isEmpty() const { return awaited.isEmpty(); }
+    QStringList stillAwaited() const { return awaited; }
 
 private:
     QStringList awaited;
@@ -88,11 +88,8 @@ public:
             fromPlayer.cut();
     }
     void endOfStep();
-    bool isSettled() const
-    {
-        return inFlight.isEmpty() && pending.isEmpty() && offeredAgain.isEmpty() &&
-               toPlayer.isEmpty() && fromPlayer.isEmpty();
-    }
+    bool isSettled() const { return underWay().isEmpty(); }
+    QStringList underWay() const; ///< what has not come to its end yet
     QString verdict() const { return violation; }
 
     // Set while the operator acts: whether frames come from the hand, and from where.
@@ -409,6 +406,14 @@ void Account::frameArrived(const SimulatedFrame &frame)
     require(Protocol::isValidControlFrame(frame.bytes), "the player gets valid frames only");
     require(toPlayer.arrives(Protocol::frameSummary(frame.bytes)),
             "the player gets what the log says, in this order");
+}
+
+QStringList Account::underWay() const
+{
+    QStringList things{inFlight, pending, offeredAgain};
+    things += toPlayer.stillAwaited() + fromPlayer.stillAwaited();
+    things.removeAll(QString());
+    return things;
 }
 
 void Account::endOfStep()
@@ -780,7 +785,13 @@ void RandomWalkTest::settle()
 {
     mute = false;
     player().setPaused(false);
-    QTRY_VERIFY_WITH_TIMEOUT(account->isSettled() || !account->verdict().isEmpty(), 10'000);
+    // Looked at after each outcome: playback may send the next frame a moment later.
+    bool settled = account->isSettled();
+    QObject listener;
+    connect(stage.window().statusBar(), &QStatusBar::messageChanged, &listener,
+            [&] { settled = settled || account->isSettled(); });
+    QTRY_VERIFY2_WITH_TIMEOUT(settled || !account->verdict().isEmpty(),
+                              qPrintable(account->underWay().join(u'\n')), 10'000);
 }
 
 void RandomWalkTest::walk()
