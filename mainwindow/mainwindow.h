@@ -116,7 +116,6 @@ private:
     QByteArray pendingFrame;    ///< the newest frame that waits; empty: none
     int ackRetries = 0;         ///< retransmissions of the frame in flight, 0..2
     QTimer *ackTimer = nullptr; ///< single-shot, 800 ms after each write
-    quint64 framesOffered = 0;  ///< valid frames given to transmitFrame()
     quint64 framesSucceeded = 0;
     quint64 framesFailed = 0;
     quint64 txBytes = 0; ///< written to the port, or in demo mode as if written

@@ -27,7 +27,6 @@ void MainWindow::transmitFrame(const QByteArray &frame)
         appendLog(QStringLiteral("ERR"), Language::text(UiText::FrameNotSentInvalid));
         return;
     }
-    ++framesOffered;
     if (isDemo()) {
         transmitDemoFrame(frame);
     } else if (!serialController->isOpen()) {
@@ -90,16 +89,10 @@ void MainWindow::finishPendingFrame(bool success, const QString &message)
         offerAgain(std::exchange(pendingFrame, {}));
 }
 
-// On the next turn of the event loop, so that reply, outcome and next write do not nest. A frame
-// that was offered in between is newer and takes this one's place.
+// On the next turn of the event loop, so that reply, outcome and next write do not nest.
 void MainWindow::offerAgain(const QByteArray &frame)
 {
-    QTimer::singleShot(0, this, [this, frame, offered = framesOffered] {
-        if (framesOffered == offered)
-            transmitFrame(frame);
-        else
-            appendLog(QStringLiteral("QUEUE"), Language::text(UiText::WaitingAckFrameReplaced));
-    });
+    QTimer::singleShot(0, this, [this, frame] { transmitFrame(frame); });
 }
 
 void MainWindow::releasePendingFrame()
