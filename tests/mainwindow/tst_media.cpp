@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/mediafiles.h"
+#include "tests/support/residentmemory.h"
 #include "tests/support/stage.h"
 
 #include <QAction>
@@ -157,14 +158,6 @@ qsizetype openFiles()
     return QDir(u"/proc/self/fd"_s)
         .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
         .size();
-}
-
-qint64 residentBytes()
-{
-    QFile statm(u"/proc/self/statm"_s);
-    if (!statm.open(QIODevice::ReadOnly))
-        return 0;
-    return statm.readAll().split(' ').value(1).toLongLong() * 4096;
 }
 
 } // namespace

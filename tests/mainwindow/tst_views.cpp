@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "serial/serialcontroller.h"
+#include "tests/support/residentmemory.h"
 #include "tests/support/stage.h"
 
 #include <QFile>
@@ -16,6 +17,7 @@
 using qx::MainWindow;
 using qx::SerialController;
 using qx::test::Operator;
+using qx::test::residentBytes;
 using qx::test::Stage;
 
 namespace {
@@ -24,16 +26,6 @@ namespace {
 QString lastLine(const Operator &hand)
 {
     return hand.logView()->document()->lastBlock().text();
-}
-
-// Memory that this process holds, in bytes.
-qint64 residentBytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    constexpr qint64 pageSize = 4096;
-    return file.readAll().split(' ').value(1).toLongLong() * pageSize;
 }
 
 constexpr bool withSanitizer =
