@@ -3,6 +3,8 @@
 
 #include "i18n/language.h"
 
+#include <QStringBuilder>
+
 #include <functional>
 #include <numeric>
 
@@ -93,10 +95,10 @@ DeviceReply Protocol::parseReply(const QByteArray &line)
 
 QString Protocol::frameSummary(const ControlFrame &frame)
 {
-    return QStringLiteral("HY: %1  Frame: %2  R: %3  G: %4  B: %5  W: %6")
-        .arg(QString::number(frame.hy), QString::number(frame.frame), QString::number(frame.red),
-             QString::number(frame.green), QString::number(frame.blue),
-             QString::number(frame.white));
+    const auto number = [](int value) { return QString::number(value); };
+    return u"HY: " % number(frame.hy) % u"  Frame: " % number(frame.frame) % u"  R: " %
+           number(frame.red) % u"  G: " % number(frame.green) % u"  B: " % number(frame.blue) %
+           u"  W: " % number(frame.white);
 }
 
 QString Protocol::frameSummary(const QByteArray &frame)
