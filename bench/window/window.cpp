@@ -20,6 +20,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QMediaPlayer>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTimer>
@@ -54,6 +55,20 @@ long residentKib()
     return 0;
 }
 
+class PaintingCounter : public QObject
+{
+public:
+    explicit PaintingCounter(QWidget *widget) { widget->installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
 class Session
 {
 public:
@@ -73,6 +88,7 @@ public:
 
     void loop(int frames)
     {
+        PaintingCounter paintings(window.findChild<QPlainTextEdit *>()->viewport());
         auto *spin = window.findChild<QGroupBox *>(QStringLiteral("frameGroup"))
                          ->findChildren<QSpinBox *>()
                          .at(1);
@@ -101,9 +117,9 @@ public:
         processor = processorSeconds() - processor;
         std::printf("{\"frames\": %d, \"seconds\": %.3f, \"framesPerSecond\": %.0f, "
                     "\"processorMicrosecondsPerFrame\": %.1f, \"residentKibAt10000\": %ld, "
-                    "\"residentKib\": %ld}\n",
+                    "\"residentKib\": %ld, \"logPaintingsPerSecond\": %.1f}\n",
                     frames, seconds, frames / seconds, processor / frames * 1e6, residentEarly,
-                    residentKib());
+                    residentKib(), paintings.count / seconds);
     }
 
     void play(int intervalMs, int seconds)
