@@ -5,6 +5,7 @@
 #include "mainwindow/greyicon.h"
 #include "mainwindow/groupcolumn.h"
 #include "mainwindow/literalbutton.h"
+#include "mainwindow/loglayout.h"
 #include "mainwindow/mainwindow.h"
 #include "widgets/playerpanel.h"
 
@@ -25,6 +26,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QStyle>
+#include <QTextDocument>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -373,6 +375,7 @@ QGroupBox *MainWindow::createDeviceStatusGroup()
         QLabel *value = namedLabel(QStringLiteral("valueLabel"));
         value->setText(text);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        value->setTextFormat(Qt::PlainText);
         statusValueLabels.append(value);
         grid->addWidget(caption, row, 0);
         grid->addWidget(value, row, 1);
@@ -395,6 +398,9 @@ QGroupBox *MainWindow::createLogGroup()
     QGroupBox *group = namedGroup(QStringLiteral("logGroup"));
     auto *layout = groupLayout<QVBoxLayout>(group);
     logView = new QPlainTextEdit;
+    auto *document = new QTextDocument(logView);
+    logLayout = new LogLayout(document);
+    logView->setDocument(document);
     logView->setReadOnly(true);
     logView->setMaximumBlockCount(logLines);
     logView->setMinimumHeight(40);

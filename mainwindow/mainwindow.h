@@ -33,6 +33,7 @@ namespace qx {
 
 class PlayerPanel;
 class SerialController;
+class LogLayout;
 class SteadyLayout;
 
 /// Four colour levels; whoever writes them clamps them to 0..255.
@@ -224,6 +225,9 @@ private:
     QLineEdit *completeFrameEdit = nullptr;
     QList<QLabel *> statusValueLabels; ///< seven rows
     QPlainTextEdit *logView = nullptr;
+    LogLayout *logLayout = nullptr;
+    qint64 stampedSecond = -1; ///< since the epoch
+    QString stampOfSecond;
     QLineEdit *manualFrameEdit = nullptr;
     QPushButton *sendHexButton = nullptr;
 
@@ -250,6 +254,8 @@ private:
     void showStatus(const QString &message, int lifetimeMs);
     void lightenFrameTexts();
     void holdScreenPace();
+    void catchUpLog();   ///< before the log is painted
+    QString timeStamp(); ///< "HH:mm:ss.zzz", local time
 
     SteadyLayout *statusLayout = nullptr; ///< of the status group
 

@@ -32,8 +32,10 @@ bool ScreenPace::eventFilter(QObject *, QEvent *event)
     if (event->type() != QEvent::UpdateRequest || releasing)
         return false;
     held = period.isActive();
-    if (!held)
+    if (!held) {
         period.start();
+        emit due();
+    }
     return held;
 }
 
@@ -42,9 +44,10 @@ void ScreenPace::release()
     if (!std::exchange(held, false))
         return;
     period.start();
+    emit due();
     releasing = true;
-    QEvent due(QEvent::UpdateRequest);
-    QCoreApplication::sendEvent(window, &due);
+    QEvent request(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(window, &request);
     releasing = false;
 }
 

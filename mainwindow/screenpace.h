@@ -17,9 +17,14 @@ namespace qx {
 /// waits, for one period at the most; the first change after a rest is shown at once.
 class ScreenPace : public QObject
 {
+    Q_OBJECT
+
 public:
     /// Becomes a child of the window.
     explicit ScreenPace(QWidget *window);
+
+signals:
+    void due(); ///< the window is painted next
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, views: the status rows, the traffic row, the log, the pace of the screen.
+#include "mainwindow/loglayout.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/screenpace.h"
 #include "mainwindow/steadylayout.h"
@@ -14,6 +15,7 @@
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QStatusBar>
+#include <QStringBuilder>
 
 namespace qx {
 
@@ -41,12 +43,33 @@ void MainWindow::appendLog(const QString &channel, const QString &message, const
     Q_UNUSED(detail)
     if (!logView)
         return;
-    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("HH:mm:ss.zzz"));
-    logView->appendPlainText(
-        QStringLiteral("[%1] %2 %3")
-            .arg(time, channel.leftJustified(channelWidth, u' ', true), onOneLine(message)));
+    const bool first = logLayout->append(u'[' % timeStamp() % u"] " %
+                                         channel.leftJustified(channelWidth, u' ', true) % u' ' %
+                                         onOneLine(message));
+    // A player at the line can bring thousands of lines a second.
+    if (!usbLinked || !logView->isVisible())
+        catchUpLog();
+    else if (first)
+        logView->viewport()->update(); // and catchUpLog() before that
+}
+
+// Local time is looked up once a second: the system reads its time zone again each time.
+QString MainWindow::timeStamp()
+{
+    constexpr qint64 second = 1000;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    if (now / second != stampedSecond) {
+        stampedSecond = now / second;
+        stampOfSecond = QDateTime::fromMSecsSinceEpoch(now).toString(QStringLiteral("HH:mm:ss."));
+    }
+    return stampOfSecond + QString::number(now % second).rightJustified(3, u'0');
+}
+
+void MainWindow::catchUpLog()
+{
     QScrollBar *scrollBar = logView->verticalScrollBar();
-    scrollBar->setValue(scrollBar->maximum());
+    if (logLayout->catchUp())
+        scrollBar->setValue(scrollBar->maximum());
 }
 
 void MainWindow::updateLocalStatus()
@@ -67,10 +90,10 @@ void MainWindow::updateLocalStatus()
 
 void MainWindow::updateTrafficLabel()
 {
-    statusValueLabels.at(6)->setText(QStringLiteral("TX %1 B / RX %2 B · OK %3 / FAIL %4")
-                                         .arg(QString::number(txBytes), QString::number(rxBytes),
-                                              QString::number(framesSucceeded),
-                                              QString::number(framesFailed)));
+    const auto number = [](quint64 value) { return QString::number(value); };
+    statusValueLabels.at(6)->setText(u"TX " % number(txBytes) % u" B / RX " % number(rxBytes) %
+                                     u" B · OK " % number(framesSucceeded) % u" / FAIL " %
+                                     number(framesFailed));
 }
 
 void MainWindow::showStatus(const QString &message, int lifetimeMs)
@@ -95,7 +118,8 @@ bool MainWindow::event(QEvent *event)
 // kerns letters, is more than half of that and does nothing for digits and short words.
 void MainWindow::lightenFrameTexts()
 {
-    for (QWidget *widget : {static_cast<QWidget *>(logView), static_cast<QWidget *>(frameSpin),
+    auto *frameNumber = frameSpin->findChild<QLineEdit *>();
+    for (QWidget *widget : {static_cast<QWidget *>(logView), static_cast<QWidget *>(frameNumber),
                             static_cast<QWidget *>(completeFrameEdit)}) {
         QFont font = widget->font();
         font.setStyleStrategy(QFont::PreferNoShaping);
@@ -105,7 +129,8 @@ void MainWindow::lightenFrameTexts()
 
 void MainWindow::holdScreenPace()
 {
-    new ScreenPace(this);
+    auto *pace = new ScreenPace(this);
+    connect(pace, &ScreenPace::due, this, &MainWindow::catchUpLog);
     statusLayout = new SteadyLayout(statusValueLabels.first()->parentWidget());
 }
 

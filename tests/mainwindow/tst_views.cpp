@@ -3,7 +3,7 @@
 #include "tests/support/residentmemory.h"
 #include "tests/support/stage.h"
 
-#include <QFile>
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
@@ -41,6 +41,28 @@ constexpr bool withSanitizer =
     false;
 #endif
 
+// Counts what a widget is told of one type.
+class EventCounter : public QObject
+{
+public:
+    EventCounter(QWidget *widget, QEvent::Type type)
+        : type(type)
+    {
+        widget->installEventFilter(this);
+    }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == type;
+        return false;
+    }
+
+private:
+    const QEvent::Type type;
+};
+
 } // namespace
 
 class TestViews : public QObject
@@ -53,6 +75,7 @@ private slots:
 
     void logLineHasStampChannelAndMessage();
     void stampIsTheTimeOfDay();
+    void stampFollowsTheClock();
     void channelIsPaddedOrCut_data();
     void channelIsPaddedOrCut();
     void messageIsShownAsItIs_data();
@@ -62,6 +85,11 @@ private slots:
     void detailIsNotShown();
     void newestLineIsInView();
     void oldestLineFallsOff();
+    void linesOfAFastPlayerAreThereAtOnce();
+    void linesOfAFastPlayerComeIntoView();
+    void clearTakesLinesThatAreNotPaintedYet();
+    void selectionStaysWhileLinesCome();
+    void paintingKeepsToThePaceOfAScreen();
     void memoryStaysFlat();
     void clearEmptiesTheLogOnly();
     void rowsWhileStopped();
@@ -73,6 +101,8 @@ private slots:
     void menuLeavesTheStatusBarAlone();
 
 private:
+    void log(int lines);
+
     std::unique_ptr<Stage> stage;
 };
 
@@ -95,6 +125,14 @@ void TestViews::stampIsTheTimeOfDay()
     const QString stamp = lastLine(stage->hand()).mid(1, 12);
     if (before <= after) // not across midnight
         QVERIFY2(before <= stamp && stamp <= after, qPrintable(stamp));
+}
+
+void TestViews::stampFollowsTheClock()
+{
+    stampIsTheTimeOfDay();
+    const QString second = QTime::currentTime().toString();
+    QTRY_VERIFY(QTime::currentTime().toString() != second);
+    stampIsTheTimeOfDay();
 }
 
 void TestViews::channelIsPaddedOrCut_data()
@@ -194,6 +232,96 @@ void TestViews::oldestLineFallsOff()
     QCOMPARE(lines.size(), 3000);
     QCOMPARE(lines.first(), QStringLiteral("SYS   2"));
     QCOMPARE(lines.last(), QStringLiteral("SYS   3001"));
+}
+
+void TestViews::log(int lines)
+{
+    for (int i = 1; i <= lines; ++i)
+        stage->window().appendLog(QStringLiteral("RX"), QString::number(i));
+}
+
+void TestViews::linesOfAFastPlayerAreThereAtOnce()
+{
+    QVERIFY(stage->connectPlayer());
+    log(3100);
+    QCOMPARE(stage->hand().logView()->blockCount(), 3000);
+    const QStringList lines = stage->hand().log();
+    QCOMPARE(lines.size(), 3000);
+    QCOMPARE(lines.first(), QStringLiteral("RX    101"));
+    QCOMPARE(lines.last(), QStringLiteral("RX    3100"));
+}
+
+void TestViews::linesOfAFastPlayerComeIntoView()
+{
+    QVERIFY(stage->connectPlayer());
+    QPlainTextEdit *view = stage->hand().logView();
+    QScrollBar *bar = view->verticalScrollBar();
+    // The line by line number that a point of the view shows.
+    const auto lastShown = [view] {
+        const QPoint bottom(4, view->viewport()->height() - 4);
+        return view->cursorForPosition(bottom).block().text().mid(15);
+    };
+    log(100);
+    QTRY_COMPARE(lastShown(), QStringLiteral("RX    100"));
+    QCOMPARE(bar->value(), bar->maximum());
+    QVERIFY(bar->maximum() > 50);
+
+    bar->setValue(10); // the operator looks back
+    EventCounter paintings(view->viewport(), QEvent::Paint);
+    view->viewport()->update();
+    QTRY_VERIFY(paintings.count > 0);
+    QCOMPARE(bar->value(), 10);
+    log(3000);
+    QTRY_COMPARE(lastShown(), QStringLiteral("RX    3000"));
+    QCOMPARE(bar->value(), bar->maximum());
+    log(7);
+    QTRY_COMPARE(lastShown(), QStringLiteral("RX    7"));
+    QCOMPARE(bar->value(), bar->maximum());
+}
+
+void TestViews::clearTakesLinesThatAreNotPaintedYet()
+{
+    QVERIFY(stage->connectPlayer());
+    log(200);
+    stage->hand().click(stage->hand().clearLog());
+    QCOMPARE(stage->hand().logView()->toPlainText(), QString());
+    QTRY_COMPARE(stage->hand().logView()->verticalScrollBar()->maximum(), 0);
+    log(1);
+    QCOMPARE(stage->hand().log(), QStringList{QStringLiteral("RX    1")});
+}
+
+void TestViews::selectionStaysWhileLinesCome()
+{
+    QVERIFY(stage->connectPlayer());
+    QPlainTextEdit *view = stage->hand().logView();
+    QTextCursor chosen(view->document()->firstBlock().next());
+    chosen.select(QTextCursor::LineUnderCursor);
+    const QString text = chosen.selectedText();
+    view->setTextCursor(chosen);
+    log(500);
+    QCOMPARE(view->textCursor().selectedText(), text);
+    QTRY_COMPARE(view->verticalScrollBar()->value(), view->verticalScrollBar()->maximum());
+    QCOMPARE(view->textCursor().selectedText(), text);
+}
+
+void TestViews::paintingKeepsToThePaceOfAScreen()
+{
+    auto *controller = stage->window().findChild<SerialController *>();
+    EventCounter paintings(stage->hand().row(6), QEvent::Paint);
+    QElapsedTimer clock;
+    clock.start();
+    int changes = 0;
+    while (paintings.count < 20) {
+        emit controller->bytesTransmitted(20);
+        ++changes;
+        QCoreApplication::processEvents();
+    }
+    QVERIFY2(clock.elapsed() >= 18 * 16, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(changes > paintings.count);
+
+    const int before = paintings.count;
+    emit controller->bytesTransmitted(20); // the last change is painted as well
+    QTRY_VERIFY(paintings.count > before);
 }
 
 void TestViews::memoryStaysFlat()
