@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMediaPlayer>
 #include <QMessageBox>
 #include <QPushButton>
@@ -112,8 +113,9 @@ void cancel(QFileDialog *dialog, const QString &)
 
 void choose(QFileDialog *dialog, const QString &path)
 {
-    dialog->selectFile(path);
-    QTest::keyClick(dialog, Qt::Key_Return);
+    auto *name = dialog->findChild<QLineEdit *>(u"fileNameEdit"_s);
+    name->setText(path);
+    QTest::keyClick(name, Qt::Key_Return);
 }
 
 // Clicks Browse and answers the dialog.
