@@ -12,6 +12,7 @@ import time
 BUILD = "build/bench"
 SIMULATOR = f"{BUILD}/simulator/tessaly-simulator"
 WINDOW = f"{BUILD}/bench/window/bench_window"
+MEDIA = f"{BUILD}/bench/media/bench_media"
 QUICK = "--quick" in sys.argv[1:]
 
 scratch = tempfile.TemporaryDirectory()
@@ -77,7 +78,8 @@ def cadence():
         for interval in (30, 50, 150):
             own, seen = with_player(on_screen([WINDOW, "play", "PORT", str(interval), str(seconds)]))
             times = seen["intervalMs"]
-            drift = seen["elapsedSeconds"] * 1000 - times["count"] * interval
+            steps = seen["frames"] - 1
+            drift = steps / seen["framesPerSecond"] * 1000 - steps * interval
             name = f"{interval} ms" + (", one core busy" if busy else "")
             results.setdefault("cadence", {})[name] = {
                 **times, "driftMs": drift, "processorPercent": own["processorPercent"]}
@@ -115,6 +117,23 @@ def memory():
     row("", own["residentKibAt10000"], own["residentKib"], growth)
 
 
+def media():
+    video = os.path.join(scratch.name, "video.webm")
+    pipeline = ("videotestsrc num-buffers=300 ! video/x-raw,width=640,height=360,framerate=30/1 ! "
+                "vp8enc deadline=1 ! webmmux ! filesink location=" + video)
+    if subprocess.run(["gst-launch-1.0", "-q", *pipeline.split()], stdout=subprocess.DEVNULL,
+                      stderr=subprocess.DEVNULL).returncode:
+        return print("Media: skipped, gst-launch-1.0 could not make a video here")
+    row("Longest time between beats of 30 ms, ms", "load", "play", "stop", "load, playing")
+    bare = json.loads(subprocess.run(on_screen([MEDIA, "bare", video]), env=environment,
+                                     stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+                                     check=True).stdout)
+    window, _ = with_player(on_screen([MEDIA, "window", "PORT", video]))
+    for name, figures in (("the media objects alone", bare), ("the complete window", window)):
+        results.setdefault("media", {})[name] = figures
+        row("  " + name, *(f"{value:.0f}" for value in figures.values()))
+
+
 def micro():
     for program in ("codec/bench_codec", "window/bench_widgets"):
         path = f"{BUILD}/bench/{program}"
@@ -138,6 +157,7 @@ try:
     start()
     del environment["DISPLAY"]
     cadence()
+    media()
     micro()
 finally:
     server.kill()

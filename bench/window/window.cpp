@@ -127,12 +127,15 @@ public:
         auto *panel = window.findChild<qx::PlayerPanel *>();
         panel->setIntervalMs(intervalMs);
         panel->setRepeatEnabled(true);
+        PaintingCounter paintings(window.findChild<QPlainTextEdit *>()->viewport());
         const double processor = processorSeconds();
         window.startPlayback();
         QTimer::singleShot(seconds * 1000, &window, &QCoreApplication::quit);
         QApplication::exec();
-        std::printf("{\"intervalMs\": %d, \"seconds\": %d, \"processorPercent\": %.2f}\n",
-                    intervalMs, seconds, (processorSeconds() - processor) / seconds * 100);
+        std::printf("{\"intervalMs\": %d, \"seconds\": %d, \"processorPercent\": %.2f, "
+                    "\"logPaintings\": %d}\n",
+                    intervalMs, seconds, (processorSeconds() - processor) / seconds * 100,
+                    paintings.count);
     }
 
 private:
