@@ -7,6 +7,7 @@
 #include "mainwindow/literalbutton.h"
 #include "mainwindow/loglayout.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/valuelabel.h"
 #include "widgets/playerpanel.h"
 
 #include <QAbstractItemView>
@@ -372,7 +373,8 @@ QGroupBox *MainWindow::createDeviceStatusGroup()
         const int row = static_cast<int>(statusValueLabels.size());
         QLabel *caption = namedLabel(QStringLiteral("statusCaption%1").arg(row));
         caption->setProperty("captionRole", true);
-        QLabel *value = namedLabel(QStringLiteral("valueLabel"));
+        auto *value = new ValueLabel;
+        value->setObjectName(QStringLiteral("valueLabel"));
         value->setText(text);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         value->setTextFormat(Qt::PlainText);

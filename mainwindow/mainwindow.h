@@ -237,6 +237,7 @@ public:
 
 private:
     void mendStyle();
+    void makeFrameDisplaysOpaque();
 
     // ---- views.cpp: status rows, traffic, log, pace of the screen ----------------------------
 public:

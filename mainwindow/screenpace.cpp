@@ -13,6 +13,7 @@ namespace qx {
 namespace {
 
 constexpr std::chrono::milliseconds periodLength{16}; // 60 Hz
+constexpr std::chrono::milliseconds gathering{4};     // a frame, then its reply
 
 } // namespace
 
@@ -22,7 +23,6 @@ ScreenPace::ScreenPace(QWidget *window)
 {
     period.setSingleShot(true);
     period.setTimerType(Qt::PreciseTimer);
-    period.setInterval(periodLength);
     connect(&period, &QTimer::timeout, this, &ScreenPace::release);
     window->installEventFilter(this);
 }
@@ -31,19 +31,17 @@ bool ScreenPace::eventFilter(QObject *, QEvent *event)
 {
     if (event->type() != QEvent::UpdateRequest || releasing)
         return false;
-    held = period.isActive();
-    if (!held) {
-        period.start();
-        emit due();
-    }
-    return held;
+    held = true;
+    if (!period.isActive())
+        period.start(gathering);
+    return true;
 }
 
 void ScreenPace::release()
 {
     if (!std::exchange(held, false))
         return;
-    period.start();
+    period.start(periodLength);
     emit due();
     releasing = true;
     QEvent request(QEvent::UpdateRequest);

@@ -14,7 +14,8 @@ namespace qx {
 ///
 /// With a fast device every frame changes a dozen texts; painting them each time would cost ten
 /// times what the frame itself costs. What the widgets hold is always up to date, only its showing
-/// waits, for one period at the most; the first change after a rest is shown at once.
+/// waits, for one period at the most. The first change after a rest waits for a quarter of that, so
+/// that a frame and its reply are painted together.
 class ScreenPace : public QObject
 {
     Q_OBJECT
@@ -33,8 +34,8 @@ private:
     void release();
 
     QWidget *window;
-    QTimer period;     ///< runs from one showing to the earliest next one
-    bool held = false; ///< a painting waits for the end of the period
+    QTimer period;     ///< runs until the earliest next showing
+    bool held = false; ///< a painting waits for that
     bool releasing = false;
 };
 

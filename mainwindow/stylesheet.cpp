@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, style sheet: the dark look, and what is mended beside it.
 #include "mainwindow/mainwindow.h"
+#include "widgets/playerpanel.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QFrame>
 #include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPalette>
 #include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QSlider>
+#include <QSpinBox>
 #include <QStatusBar>
 
 namespace qx {
@@ -95,6 +101,17 @@ const char menuSheet[] = "QMenuBar::item:selected, QMenuBar::item:pressed { back
 
 const char statusBarSheet[] = "QSizeGrip { background: transparent; }";
 
+// Polishing makes widgets see-through, and what changes with every frame would have its parents
+// painted again as well, borders and all.
+void makeOpaque(QWidget *widget, const QColor &surface)
+{
+    widget->ensurePolished();
+    QPalette palette = widget->palette();
+    palette.setColor(widget->backgroundRole(), surface);
+    widget->setPalette(palette);
+    widget->setAutoFillBackground(true);
+}
+
 QPalette darkPalette()
 {
     const QColor text(0xf1f3f5);
@@ -133,10 +150,26 @@ void MainWindow::mendStyle()
                                 QStringLiteral("deviceStatusGroup"), QStringLiteral("logGroup")})
         findChild<QGroupBox *>(name)->setStyleSheet(QLatin1String(groupSheet));
 
-    // Polishing makes the log's viewport see-through, and each new line would repaint all of it.
+    makeFrameDisplaysOpaque();
+}
+
+void MainWindow::makeFrameDisplaysOpaque()
+{
+    const QColor surface(0x191c1f); // of the groups and the panel
+    const QColor field(0x101214);
+    QWidgetList onSurface{frameSpin, completeFrameEdit,
+                          playerPanel->findChild<QLabel *>(QStringLiteral("framePositionLabel")),
+                          playerPanel->findChild<QSlider *>(QStringLiteral("frameSeekSlider"))};
+    for (QLabel *value : statusValueLabels)
+        onSurface.append(value);
+    for (QWidget *widget : onSurface)
+        makeOpaque(widget, surface);
     logView->ensurePolished();
-    logView->viewport()->ensurePolished();
-    logView->viewport()->setAutoFillBackground(true);
+    for (QWidget *widget :
+         {static_cast<QWidget *>(frameSpin->findChild<QLineEdit *>()), logView->viewport(),
+          static_cast<QWidget *>(logView->verticalScrollBar())})
+        makeOpaque(widget, field);
+    makeOpaque(statusBar(), QColor(0x0d0f10));
 }
 
 } // namespace qx

@@ -118,9 +118,11 @@ bool MainWindow::event(QEvent *event)
 // kerns letters, is more than half of that and does nothing for digits and short words.
 void MainWindow::lightenFrameTexts()
 {
-    auto *frameNumber = frameSpin->findChild<QLineEdit *>();
-    for (QWidget *widget : {static_cast<QWidget *>(logView), static_cast<QWidget *>(frameNumber),
-                            static_cast<QWidget *>(completeFrameEdit)}) {
+    QWidgetList widgets{logView, frameSpin->findChild<QLineEdit *>(), completeFrameEdit,
+                        playerPanel->findChild<QLabel *>(QStringLiteral("framePositionLabel"))};
+    for (QLabel *value : statusValueLabels)
+        widgets.append(value);
+    for (QWidget *widget : widgets) {
         QFont font = widget->font();
         font.setStyleStrategy(QFont::PreferNoShaping);
         widget->setFont(font);

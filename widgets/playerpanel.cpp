@@ -153,6 +153,7 @@ void PlayerPanel::createFileSelector()
 void PlayerPanel::createSliders()
 {
     positionLabel = makeLabel(QString(), QRect(224, 331, 160, 30), 10, true);
+    positionLabel->setObjectName(QStringLiteral("framePositionLabel"));
     positionLabel->setAlignment(Qt::AlignCenter);
     seekSlider = new QSlider(Qt::Horizontal, this);
     seekSlider->setObjectName(QStringLiteral("frameSeekSlider"));
