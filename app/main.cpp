@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QIcon>
+#include <QPixmap>
 
 namespace {
 
@@ -24,7 +25,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("Tessaly Player"));
     QCoreApplication::setOrganizationName(QStringLiteral("Corvessa Electronic CO."));
     QCoreApplication::setApplicationVersion(QStringLiteral(TESSALY_VERSION));
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/assets/logo1_icon.png")));
+    QGuiApplication::setWindowIcon(QPixmap(QStringLiteral(":/assets/logo1_icon.png")));
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     font.setPointSize(10);
     QApplication::setFont(font);

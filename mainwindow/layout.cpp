@@ -99,7 +99,8 @@ QGroupBox *namedGroup(const QString &name)
 void MainWindow::setUpWindow()
 {
     setWindowTitle(QStringLiteral("Tessaly-Master USB Player V%1").arg(version()));
-    setWindowIcon(QIcon(QStringLiteral(":/assets/logo1_icon.png")));
+    // A pixmap is decoded once for the program and the window, an icon each time.
+    setWindowIcon(QPixmap(QStringLiteral(":/assets/logo1_icon.png")));
     resize(1420, 900);
     setMinimumSize(1220, 780);
     applyApplicationStyle(this);
