@@ -73,6 +73,7 @@ QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }
 // keyboard is. The spin boxes and combo boxes paint their arrows themselves.
 const char groupSheet[] = R"(
 QLabel, QCheckBox { background: transparent; }
+QLabel#valueLabel { selection-background-color: #1479e8; selection-color: #f1f3f5; }
 QPushButton, QCheckBox { outline: none; }
 QSpinBox::up-button { subcontrol-origin: border; subcontrol-position: top right; width: 20px;
     border: none; background: transparent; }

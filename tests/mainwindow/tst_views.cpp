@@ -4,6 +4,8 @@
 #include "tests/support/stage.h"
 
 #include <QElapsedTimer>
+#include <QImage>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
@@ -95,6 +97,7 @@ private slots:
     void rowsWhileStopped();
     void rowsWhilePlaying();
     void rowsFollowTheEditors();
+    void valueIsSelectedWithTheMouse();
     void trafficStartsShort();
     void trafficCountsInFull();
     void trafficCountsFrames();
@@ -398,6 +401,23 @@ void TestViews::rowsFollowTheEditors()
     QCOMPARE(hand.row(5)->text(), QStringLiteral("0 / 0 / 0 / 5"));
     hand.type(hand.total(), 65535);
     QCOMPARE(hand.row(4)->text().section(u'/', 1), QStringLiteral(" 65535"));
+}
+
+void TestViews::valueIsSelectedWithTheMouse()
+{
+    QLabel *value = stage->hand().row(0);
+    const auto showsSelection = [value] {
+        const QImage picture = value->grab().toImage();
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixelColor(x, picture.height() / 2) == QColor(0x1479e8))
+                return true;
+        }
+        return false;
+    };
+    QVERIFY(!showsSelection());
+    QTest::mouseDClick(value, Qt::LeftButton, {}, QPoint(10, value->height() / 2));
+    QCOMPARE(value->selectedText(), QStringLiteral("USB"));
+    QVERIFY(showsSelection());
 }
 
 void TestViews::trafficStartsShort()
