@@ -49,7 +49,8 @@ SerialController::~SerialController()
 
 bool SerialController::open(const QString &portName, int baudRate)
 {
-    const QString name = portName; // the original may change in a receiver's hands
+    // The original may change in a receiver's hands.
+    const QString name = portName; // NOLINT(performance-unnecessary-copy-initialization)
     close();
     if (isOpen())
         return false; // a receiver of the disconnection opened a port of its own
