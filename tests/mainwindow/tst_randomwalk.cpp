@@ -14,6 +14,7 @@
 #include <QAction>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRandomGenerator>
 #include <QRegularExpression>
@@ -61,6 +62,7 @@ class Line
 public:
     void sent(const QString &item) { awaited.append(item); }
     void cut() { doubtful += std::exchange(awaited, {}); }
+    void forgetDoubtful() { forgotten += std::exchange(doubtful, {}).size(); }
     bool arrives(const QString &item)
     {
         if (!awaited.isEmpty() && awaited.first() == item) {
@@ -80,11 +82,12 @@ public:
         return true;
     }
     QStringList stillAwaited() const { return awaited; }
-    qsizetype swallowed() const { return doubtful.size(); }
+    qsizetype swallowed() const { return doubtful.size() + forgotten; }
 
 private:
     QStringList awaited;
     QStringList doubtful;
+    qsizetype forgotten = 0; ///< doubtful ones that cannot turn up any more
 };
 
 // The session as the rules allow it, told by the log lines and status messages alone. A frame is
@@ -106,6 +109,7 @@ public:
         if (!open)
             fromPlayer.cut();
     }
+    void unplugged() { toPlayer.forgetDoubtful(); }
     void endOfStep();
     bool isSettled() const { return underWay().isEmpty(); }
     QStringList underWay() const; ///< what has not come to its end yet
@@ -240,6 +244,7 @@ void Account::systemLine(const QString &message)
         require(!open && !demo, "a port opens only outside demo mode, and only once");
         open = true;
         fromPlayer.cut(); // opening discards what was said before
+        fromPlayer.forgetDoubtful();
         due = {u"status "_s + message, u"TX    "_s + hello(1)};
     } else if (message == disconnected || message == controllerError) {
         require(open || message == controllerError, "only an open port disconnects");
@@ -536,6 +541,7 @@ private:
     void readLog();
     void step();
     void letTimePass();
+    void forgetTyping();
     QList<Choice> operatorChoices();
     QList<Choice> transportChoices();
     QList<Choice> worldChoices();
@@ -679,7 +685,11 @@ QList<RandomWalkTest::Choice> RandomWalkTest::worldChoices()
         {300, [] {}},
         {mute ? 0 : 30, [this] { say(anyLine()); }},
         {plugged ? 2 : 0, [this] { flood(); }},
-        {plugged && !mute ? 5 : 0, [this] { stage.unplug(); }},
+        {plugged && !mute ? 5 : 0,
+         [this] {
+             stage.unplug();
+             account->unplugged();
+         }},
         {plugged ? 0 : 200, [this] { stage.plugIn(); }},
         {mute ? 5 : 2, [this] { mute = !mute; }},
         {5, [this] { player().setPaused(true); }},
@@ -711,11 +721,20 @@ void RandomWalkTest::step()
 // For the other side, more or less of it.
 void RandomWalkTest::letTimePass()
 {
-    if (hand().logView()->blockCount() > 2000)
+    if (hand().logView()->blockCount() > 2000) {
         hand().click(hand().clearLog());
+        forgetTyping();
+    }
     for (int turns = below(3); turns >= 0; --turns)
         QTest::qWait(below(3));
     account->endOfStep();
+}
+
+// A line edit remembers each key for its undo; nobody types as much as this hand does.
+void RandomWalkTest::forgetTyping()
+{
+    for (QLineEdit *edit : {hand().manual(), hand().reserved()})
+        edit->setText(edit->text());
 }
 
 void RandomWalkTest::editSomething()
