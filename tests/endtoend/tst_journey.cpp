@@ -5,6 +5,7 @@
 //
 // TESSALY_TOUR_DIRECTORY puts the pictures elsewhere, with a list of their captions;
 // TESSALY_TOUR_PAUSE_MS lets a spectator follow.
+#include "mainwindow/screenpace.h"
 #include "tests/endtoend/playerprocess.h"
 #include "tests/support/stage.h"
 
@@ -14,6 +15,7 @@
 #include <QFontDatabase>
 #include <QIcon>
 #include <QMainWindow>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextStream>
@@ -312,6 +314,9 @@ void TestJourney::picture(const char *name, const char *english, const char *chi
     const QString fileName = QStringLiteral("%1-%2.png")
                                  .arg(++pictures, 2, 10, QLatin1Char('0'))
                                  .arg(QLatin1String(name));
+    QSignalSpy painted(window->findChild<ScreenPace *>(), &ScreenPace::due);
+    window->update();
+    QVERIFY(painted.wait()); // what came since is laid out before a painting, not before a grab
     QVERIFY(window->grab().save(folder.filePath(fileName)));
     QFile captions(folder.filePath(QStringLiteral("captions.txt")));
     QVERIFY(captions.open(pictures == 1 ? QIODevice::WriteOnly : QIODevice::Append));
