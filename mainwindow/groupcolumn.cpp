@@ -16,7 +16,9 @@ constexpr int tightRowGap = 0;
 bool GroupColumn::event(QEvent *event)
 {
     const bool done = QWidget::event(event);
-    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
+    const bool matters = event->type() == QEvent::Resize || event->type() == QEvent::Show ||
+                         event->type() == QEvent::LayoutRequest;
+    if (matters && isVisible()) // before that it has no height of its own
         fit();
     return done;
 }
@@ -42,8 +44,10 @@ void GroupColumn::setTight(bool on)
     }
     tight = on;
     layout()->setSpacing(on ? tightGroupGap : groupGap);
-    for (const auto &[grid, gap] : std::as_const(rowGaps))
+    for (const auto &[grid, gap] : std::as_const(rowGaps)) {
         grid->setVerticalSpacing(on ? tightRowGap : gap);
+        grid->parentWidget()->updateGeometry(); // else its old height is remembered for a while
+    }
 }
 
 } // namespace qx

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The window with its images; tst_missingimages is the same without them.
 #include "mainwindow/greyicon.h"
+#include "tests/support/eventcounter.h"
 #include "tests/support/stage.h"
 
 #include <QApplication>
@@ -20,6 +21,7 @@
 
 using qx::MainWindow;
 using qx::PlayerPanel;
+using qx::test::EventCounter;
 using qx::test::Operator;
 using qx::test::Stage;
 
@@ -95,6 +97,7 @@ private slots:
     void rightSideKeepsItsWidth_data();
     void rightSideKeepsItsWidth();
     void groupsStandInOrder();
+    void groupsKeepTheirGapsBeforeTheyAreShown();
     void navigationColumn();
     void brandLogo();
     void navigationButtons_data();
@@ -243,6 +246,15 @@ void TestLayout::groupsStandInOrder()
     QCOMPARE(names, (QStringList{QStringLiteral("connectionGroup"), QStringLiteral("frameGroup"),
                                  QStringLiteral("deviceStatusGroup"), QStringLiteral("logGroup")}));
     QCOMPARE(stretches, (QList<int>{0, 0, 0, 1}));
+}
+
+void TestLayout::groupsKeepTheirGapsBeforeTheyAreShown()
+{
+    MainWindow window;
+    EventCounter requests(splitter(window)->widget(1), QEvent::LayoutRequest);
+    QTRY_VERIFY(requests.count > 0);
+    QCOMPARE(splitter(window)->widget(1)->layout()->spacing(), 10);
+    QCOMPARE(gridOf(window, "deviceStatusGroup")->verticalSpacing(), 6);
 }
 
 void TestLayout::navigationColumn()

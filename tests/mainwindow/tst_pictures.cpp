@@ -2,6 +2,7 @@
 // What the operator sees, in both languages: checked where it can be computed, and left as
 // pictures in a folder beside this program for a person to look at.
 #include "i18n/language.h"
+#include "tests/support/eventcounter.h"
 #include "tests/support/stage.h"
 
 #include <QApplication>
@@ -23,6 +24,7 @@ using qx::PlaybackState;
 using qx::TransportButton;
 using qx::UiLanguage;
 using qx::UiText;
+using qx::test::EventCounter;
 using qx::test::Operator;
 using qx::test::Stage;
 
@@ -203,6 +205,8 @@ private slots:
     void nothingIsCrushed();
     void smallestWindowCrushesNothing_data() { addLanguages(); }
     void smallestWindowCrushesNothing();
+    void windowComesToRestAtEveryHeight_data() { addLanguages(); }
+    void windowComesToRestAtEveryHeight();
     void nothingOverlaps_data() { addLanguages(); }
     void nothingOverlaps();
     void textsOfThePanelDoNotTouch_data() { addLanguages(); }
@@ -363,6 +367,26 @@ void TestPictures::smallestWindowCrushesNothing()
                  qPrintable(crushed(stage->window().centralWidget()).join(u'\n')));
     stage->window().resize(1420, 900);
     QTRY_COMPARE(gaps(), usual);
+}
+
+void TestPictures::windowComesToRestAtEveryHeight()
+{
+    QFETCH(const UiLanguage, language);
+    begin(language);
+    MainWindow &window = stage->window();
+    EventCounter requests(window.findChild<QGroupBox *>(QStringLiteral("logGroup"))->parentWidget(),
+                          QEvent::LayoutRequest);
+    for (int height = window.minimumHeight(); height <= 900; height += 4) {
+        window.resize(1420, height);
+        int rounds = 0;
+        do {
+            requests.count = 0;
+            QCoreApplication::processEvents();
+        } while (requests.count > 0 && ++rounds < 50);
+        QVERIFY2(rounds < 50, qPrintable(QString::number(height)));
+        const QStringList list = crushed(window.centralWidget());
+        QVERIFY2(list.isEmpty(), qPrintable(QString::number(height) + list.join(u'\n')));
+    }
 }
 
 void TestPictures::nothingOverlaps()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "serial/serialcontroller.h"
+#include "tests/support/eventcounter.h"
 #include "tests/support/residentmemory.h"
 #include "tests/support/stage.h"
 
@@ -18,6 +19,7 @@
 
 using qx::MainWindow;
 using qx::SerialController;
+using qx::test::EventCounter;
 using qx::test::Operator;
 using qx::test::residentBytes;
 using qx::test::Stage;
@@ -42,28 +44,6 @@ constexpr bool withSanitizer =
 #else
     false;
 #endif
-
-// Counts what a widget is told of one type.
-class EventCounter : public QObject
-{
-public:
-    EventCounter(QWidget *widget, QEvent::Type type)
-        : type(type)
-    {
-        widget->installEventFilter(this);
-    }
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        count += event->type() == type;
-        return false;
-    }
-
-private:
-    const QEvent::Type type;
-};
 
 } // namespace
 
