@@ -80,6 +80,8 @@ private slots:
     void valueIsSelectedWithTheMouse();
     void trafficStartsShort();
     void trafficCountsInFull();
+    void lastDigitOfLongCountersIsSeen_data();
+    void lastDigitOfLongCountersIsSeen();
     void trafficCountsFrames();
     void menuLeavesTheStatusBarAlone();
 
@@ -418,6 +420,28 @@ void TestViews::trafficCountsInFull()
         emit controller->rawReceived(received);
     QTRY_COMPARE(stage->hand().row(6)->text(),
                  QStringLiteral("TX 5000000000 B / RX 2684354560 B · OK 0 / FAIL 0"));
+}
+
+void TestViews::lastDigitOfLongCountersIsSeen_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("usual window") << QSize(1420, 900);
+    QTest::newRow("smallest window") << QSize(1220, 780);
+}
+
+// The failures stand at the end of the row, behind all that has been counted in a long show.
+void TestViews::lastDigitOfLongCountersIsSeen()
+{
+    QFETCH(const QSize, size);
+    stage->window().resize(size);
+    QLabel *row = stage->hand().row(6);
+    const auto endOfRow = [row](int failures) {
+        row->setText(QStringLiteral("TX 20000000000 B / RX 12000000000 B · OK 1000000000 / FAIL %1")
+                         .arg(failures));
+        const QImage picture = row->grab().toImage();
+        return picture.copy(picture.width() - 8, 0, 8, picture.height());
+    };
+    QVERIFY(endOfRow(1) != endOfRow(2));
 }
 
 void TestViews::trafficCountsFrames()
