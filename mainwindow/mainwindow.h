@@ -255,10 +255,13 @@ private:
     void showStatus(const QString &message, int lifetimeMs);
     void lightenFrameTexts();
     void holdScreenPace();
-    void catchUpLog();   ///< before the log is painted
+    void catchUpLog();   ///< lays out the new lines and scrolls to the newest
+    void prepareLog();   ///< before a painting
     QString timeStamp(); ///< "HH:mm:ss.zzz", local time
 
     SteadyLayout *statusLayout = nullptr; ///< of the status group
+    int newLogLines = 0;                  ///< since the last painting
+    bool logRushes = false;               ///< too many then to lay out each at once
 
     // ---- retranslation.cpp: language menu, every text ----------------------------------------
 public:

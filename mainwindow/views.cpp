@@ -17,11 +17,14 @@
 #include <QStatusBar>
 #include <QStringBuilder>
 
+#include <utility>
+
 namespace qx {
 
 namespace {
 
 constexpr qsizetype channelWidth = 5;
+constexpr int readableLines = 16; // between two paintings: a thousand a second
 
 // Line, paragraph, and the two marks at which Qt's text documents break a line as well.
 constexpr char16_t otherSeparators[] = {0x2028, 0x2029, 0xfdd0, 0xfdd1};
@@ -43,14 +46,14 @@ void MainWindow::appendLog(const QString &channel, const QString &message, const
     Q_UNUSED(detail)
     if (!logView)
         return;
+    ++newLogLines;
     const bool first = logLayout->append(u'[' % timeStamp() % u"] " %
                                          channel.leftJustified(channelWidth, u' ', true) % u' ' %
                                          onOneLine(message));
-    // A player at the line can bring thousands of lines a second.
-    if (!usbLinked || !logView->isVisible())
+    if (!logRushes || !logView->isVisible())
         catchUpLog();
     else if (first)
-        logView->viewport()->update(); // and catchUpLog() before that
+        logView->viewport()->update(); // and prepareLog() before that
 }
 
 // Local time is looked up once a second: the system reads its time zone again each time.
@@ -70,6 +73,13 @@ void MainWindow::catchUpLog()
     QScrollBar *scrollBar = logView->verticalScrollBar();
     if (logLayout->catchUp())
         scrollBar->setValue(scrollBar->maximum());
+}
+
+// Lines that come faster than anyone can read are laid out together from now on.
+void MainWindow::prepareLog()
+{
+    catchUpLog();
+    logRushes = std::exchange(newLogLines, 0) > readableLines;
 }
 
 void MainWindow::updateLocalStatus()
@@ -132,7 +142,7 @@ void MainWindow::lightenFrameTexts()
 void MainWindow::holdScreenPace()
 {
     auto *pace = new ScreenPace(this);
-    connect(pace, &ScreenPace::due, this, &MainWindow::catchUpLog);
+    connect(pace, &ScreenPace::due, this, &MainWindow::prepareLog);
     statusLayout = new SteadyLayout(statusValueLabels.first()->parentWidget());
 }
 

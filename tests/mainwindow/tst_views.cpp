@@ -65,7 +65,9 @@ private slots:
     void lineBreaksDoNotBreakALine_data();
     void lineBreaksDoNotBreakALine();
     void detailIsNotShown();
+    void newestLineIsInView_data();
     void newestLineIsInView();
+    void rushingLinesAreLaidOutForThePainting();
     void oldestLineFallsOff();
     void linesOfAFastPlayerAreThereAtOnce();
     void linesOfAFastPlayerComeIntoView();
@@ -192,16 +194,49 @@ void TestViews::detailIsNotShown()
     QCOMPARE(stage->hand().lastLog(), QStringLiteral("SYS   message"));
 }
 
+void TestViews::newestLineIsInView_data()
+{
+    QTest::addColumn<bool>("connected");
+    QTest::newRow("offline") << false;
+    QTest::newRow("with a player at the line") << true;
+}
+
 void TestViews::newestLineIsInView()
 {
-    const QScrollBar *bar = stage->hand().logView()->verticalScrollBar();
-    for (int i = 0; i < 100; ++i)
-        stage->window().appendLog(QStringLiteral("SYS"), QString::number(i));
+    QFETCH(const bool, connected);
+    QVERIFY(!connected || stage->connectPlayer());
+    QScrollBar *bar = stage->hand().logView()->verticalScrollBar();
+    log(100);
     QVERIFY(bar->maximum() > 0);
     QCOMPARE(bar->value(), bar->maximum());
-    stage->hand().logView()->verticalScrollBar()->setValue(3);
-    stage->window().appendLog(QStringLiteral("SYS"), QStringLiteral("newest"));
+    bar->setValue(3);
+    log(1);
     QCOMPARE(bar->value(), bar->maximum());
+}
+
+// Lines that come by the thousand between two paintings are laid out once for the next one.
+void TestViews::rushingLinesAreLaidOutForThePainting()
+{
+    QPlainTextEdit *view = stage->hand().logView();
+    const QScrollBar *bar = view->verticalScrollBar();
+    EventCounter paintings(view->viewport(), QEvent::Paint);
+    QTRY_VERIFY(paintings.count > 0);
+    paintings.count = 0;
+    log(1000);
+    QTRY_VERIFY(paintings.count > 0);
+    const int before = bar->maximum();
+    const int linesBefore = view->blockCount();
+    log(500);
+    QCOMPARE(view->blockCount(), linesBefore + 500);
+    QCOMPARE(bar->maximum(), before);
+    QTRY_COMPARE(bar->maximum(), before + 500);
+    QCOMPARE(bar->value(), bar->maximum());
+
+    paintings.count = 0; // and now they come one by one again
+    log(1);
+    QTRY_VERIFY(paintings.count > 0);
+    log(1);
+    QCOMPARE(bar->maximum(), before + 502);
 }
 
 void TestViews::oldestLineFallsOff()
@@ -246,13 +281,15 @@ void TestViews::linesOfAFastPlayerComeIntoView()
         const QPoint bottom(4, view->viewport()->height() - 4);
         return view->cursorForPosition(bottom).block().text().mid(15);
     };
+    EventCounter paintings(view->viewport(), QEvent::Paint);
     log(100);
-    QTRY_COMPARE(lastShown(), QStringLiteral("RX    100"));
+    QTRY_VERIFY(paintings.count > 0);
+    QCOMPARE(lastShown(), QStringLiteral("RX    100"));
     QCOMPARE(bar->value(), bar->maximum());
     QVERIFY(bar->maximum() > 50);
 
     bar->setValue(10); // the operator looks back
-    EventCounter paintings(view->viewport(), QEvent::Paint);
+    paintings.count = 0;
     view->viewport()->update();
     QTRY_VERIFY(paintings.count > 0);
     QCOMPARE(bar->value(), 10);
