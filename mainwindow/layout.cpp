@@ -7,6 +7,7 @@
 #include "mainwindow/literalbutton.h"
 #include "mainwindow/loglayout.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/navigationbutton.h"
 #include "mainwindow/valuelabel.h"
 #include "widgets/playerpanel.h"
 
@@ -20,7 +21,6 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
@@ -57,25 +57,6 @@ QPushButton *namedButton(QPushButton *button, const QString &name)
 {
     button->setObjectName(name);
     return button;
-}
-
-// A style's own icon may be much smaller than the others of the column: doubled, on a canvas of
-// their size, it looks like one of them and its text stands where theirs does.
-QIcon enlarged(QIcon icon)
-{
-    const QSize doubled = icon.actualSize(navigationIcon) * 2;
-    if (doubled.isEmpty() || doubled.width() >= navigationIcon.width())
-        return icon;
-    QPixmap canvas(navigationIcon);
-    canvas.fill(Qt::transparent);
-    QRect target(QPoint(), doubled);
-    target.moveCenter(canvas.rect().center());
-    QPainter painter(&canvas);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(target, icon.pixmap(doubled / 2));
-    painter.end();
-    icon.addPixmap(canvas);
-    return icon;
 }
 
 // The layout of one of the groups on the right.
@@ -160,7 +141,7 @@ QWidget *MainWindow::createContent()
     return content;
 }
 
-QWidget *MainWindow::createNavigation()
+QFrame *MainWindow::createNavigation()
 {
     auto *navigation = new QFrame;
     navigation->setObjectName(QStringLiteral("navigation"));
@@ -180,7 +161,7 @@ QWidget *MainWindow::createNavigation()
         add(QStringLiteral("navPlayer"), QStringLiteral(":/assets/ico_play_png.png"), true);
     connect(player, &QToolButton::clicked, player, [player] { player->setChecked(true); });
     mediaBrowseButton = add(QStringLiteral("navMediaBrowse"), QString(), false);
-    mediaBrowseButton->setIcon(enlarged(style()->standardIcon(QStyle::SP_DirOpenIcon)));
+    mediaBrowseButton->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
     mediaBrowseButton->setCheckable(false);
     connect(mediaBrowseButton, &QToolButton::clicked, this, &MainWindow::browseMediaFile);
     const std::pair<QString, QString> otherPages[] = {
@@ -202,6 +183,7 @@ QWidget *MainWindow::createNavigation()
     layout->addStretch();
     QLabel *versionLabel = namedLabel(QStringLiteral("navVersion"));
     versionLabel->setAlignment(Qt::AlignCenter);
+    versionLabel->setText(QStringLiteral("V%1").arg(version()));
     layout->addWidget(versionLabel);
     return navigation;
 }
@@ -227,7 +209,7 @@ QLabel *MainWindow::createBrandLabel()
 QToolButton *MainWindow::createNavigationButton(const QString &text, const QString &iconPath,
                                                 bool checked)
 {
-    auto *button = new QToolButton;
+    auto *button = new NavigationButton;
     button->setText(text);
     if (!iconPath.isEmpty())
         button->setIcon(greyIcon(iconPath));
@@ -370,8 +352,8 @@ QGroupBox *MainWindow::createDeviceStatusGroup()
         QStringLiteral("0 / 1800"),        QStringLiteral("0 / 0 / 0 / 0"),
         QStringLiteral("TX 0 B / RX 0 B"),
     };
-    for (const QString &text : initialTexts) {
-        const int row = static_cast<int>(statusValueLabels.size());
+    statusValueLabels.clear();
+    for (int row = 0; const QString &text : initialTexts) {
         QLabel *caption = namedLabel(QStringLiteral("statusCaption%1").arg(row));
         caption->setProperty("captionRole", true);
         auto *value = new ValueLabel;
@@ -382,6 +364,7 @@ QGroupBox *MainWindow::createDeviceStatusGroup()
         statusValueLabels.append(value);
         grid->addWidget(caption, row, 0);
         grid->addWidget(value, row, 1);
+        ++row;
     }
 
     QPushButton *stopZero = namedButton(new LiteralButton, QStringLiteral("stopZeroButton"));

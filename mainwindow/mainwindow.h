@@ -17,6 +17,7 @@ class QAudioOutput;
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
+class QFrame;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -188,7 +189,7 @@ private:
 
     // ---- layout.cpp: the widget tree ---------------------------------------------------------
 public:
-    QWidget *createNavigation();
+    QFrame *createNavigation();
     QToolButton *createNavigationButton(const QString &text, const QString &iconPath, bool checked);
     QWidget *createRightPanel();
     QGroupBox *createConnectionGroup();
