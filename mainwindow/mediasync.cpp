@@ -117,7 +117,7 @@ void MainWindow::repeatMedia()
 // seek, another source) waits for the picture instead; of several seeks the last one counts.
 void MainWindow::watchMediaPictures()
 {
-    mediaPictureTimer = new QTimer(this);
+    mediaPictureTimer = new QTimer(mediaPlayer);
     mediaPictureTimer->setSingleShot(true);
     connect(mediaPictureTimer, &QTimer::timeout, this, &MainWindow::settleMedia);
     connect(mediaVideoWidget->videoSink(), &QVideoSink::videoFrameChanged, mediaPictureTimer,

@@ -519,6 +519,8 @@ void TestPlayback::timerIsPrecise()
     QCOMPARE(timer->timerType(), Qt::PreciseTimer);
     QVERIFY(!timer->isSingleShot());
     QVERIFY(!timer->isActive());
+    QCOMPARE(stage.window().findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly).size(),
+             3);
 }
 
 void TestPlayback::newIntervalWhilePlaying()
