@@ -90,7 +90,10 @@ def cadence():
         if load:
             load.kill()
             load.wait()
-    row("Processor share at 30 ms, % of a core", f"{results['processorPercentAt30ms']:.2f}")
+    hidden, _ = with_player(on_screen([WINDOW, "play-hidden", "PORT", "30", str(seconds)]))
+    results["processorPercentAt30msHidden"] = hidden["processorPercent"]
+    row("Processor share at 30 ms, % of a core", "visible", "hidden")
+    row("", f"{results['processorPercentAt30ms']:.2f}", f"{hidden['processorPercent']:.2f}")
 
 
 def start():

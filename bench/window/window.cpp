@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The complete window, visible, at work on a port:
 //
-//   bench_window loop PORT FRAMES        the next frame at each reply, as fast as it goes
-//   bench_window play PORT MS SECONDS    plays at an interval
-//   bench_window start                   until the window is painted for the first time
-//   bench_window start-empty             the same for an empty window with the media objects
+//   bench_window loop PORT FRAMES              the next frame at each reply, as fast as it goes
+//   bench_window play PORT MS SECONDS          plays at an interval
+//   bench_window play-hidden PORT MS SECONDS   the same with the window off the screen
+//   bench_window start                         until the window is painted for the first time
+//   bench_window start-empty                   the same for an empty one with the media objects
 //
 // Writes one line of JSON about this process; the device's side has the times of the frames.
 #include "mainwindow/mainwindow.h"
@@ -205,14 +206,18 @@ int main(int argc, char *argv[])
     if (arguments.value(1) == QLatin1String("start-empty"))
         return startEmpty();
     const bool loop = arguments.value(1) == QLatin1String("loop") && arguments.size() == 4;
-    const bool play = arguments.value(1) == QLatin1String("play") && arguments.size() == 5;
+    const bool hidden = arguments.value(1) == QLatin1String("play-hidden");
+    const bool play =
+        (hidden || arguments.value(1) == QLatin1String("play")) && arguments.size() == 5;
     if (!loop && !play) {
-        std::fprintf(stderr, "usage: bench_window loop PORT FRAMES | play PORT MS SECONDS\n");
+        std::fprintf(stderr,
+                     "usage: bench_window loop PORT FRAMES | play[-hidden] PORT MS SECONDS\n");
         return 2;
     }
     qputenv("TESSALY_SERIAL_PORTS", arguments.at(2).toLocal8Bit());
     qx::MainWindow window;
-    window.show();
+    if (!hidden)
+        window.show();
     Session session(window, arguments.at(2));
     if (loop)
         session.loop(arguments.at(3).toInt());
