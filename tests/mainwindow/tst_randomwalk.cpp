@@ -730,12 +730,13 @@ void RandomWalkTest::letTimePass()
     account->endOfStep();
 }
 
-// A line edit remembers each key for its undo; nobody types as much as this hand does. A full log
-// takes a megabyte: memory is only compared between moments of an empty one.
+// A line edit, that of a spin box too, remembers each key for its undo; nobody types as much as this
+// hand does. A full log takes a megabyte: memory is only compared between moments of an empty one.
 void RandomWalkTest::startAnew()
 {
     hand().click(hand().clearLog());
-    for (QLineEdit *edit : {hand().manual(), hand().reserved()})
+    const auto edits = stage.window().findChildren<QLineEdit *>();
+    for (QLineEdit *edit : edits)
         edit->setText(edit->text());
     if (!warm.hasExpired())
         return;
