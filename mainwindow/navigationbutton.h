@@ -20,24 +20,32 @@ protected:
     void initStyleOption(QStyleOptionToolButton *option) const override
     {
         QToolButton::initStyleOption(option);
-        const QSize doubled = option->icon.actualSize(option->iconSize) * 2;
-        if (!doubled.isEmpty() && doubled.width() < option->iconSize.width())
-            option->icon = onCanvas(option->icon.pixmap(doubled / 2), doubled, option->iconSize);
+        if (option->icon.cacheKey() != shownFor) { // a new icon each time would fill Qt's cache
+            shownFor = option->icon.cacheKey();
+            shown = enlarged(option->icon, option->iconSize);
+        }
+        option->icon = shown;
     }
 
 private:
-    QPixmap onCanvas(const QPixmap &picture, const QSize &shown, const QSize &canvasSize) const
+    QIcon enlarged(const QIcon &icon, const QSize &size) const
     {
-        QPixmap canvas(canvasSize * devicePixelRatioF());
+        const QSize doubled = icon.actualSize(size) * 2;
+        if (doubled.isEmpty() || doubled.width() >= size.width())
+            return icon;
+        QPixmap canvas(size * devicePixelRatioF());
         canvas.setDevicePixelRatio(devicePixelRatioF());
         canvas.fill(Qt::transparent);
-        QRect target(QPoint(), shown);
-        target.moveCenter(QRect(QPoint(), canvasSize).center());
+        QRect target(QPoint(), doubled);
+        target.moveCenter(QRect(QPoint(), size).center());
         QPainter painter(&canvas);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(target, picture);
+        painter.drawPixmap(target, icon.pixmap(doubled / 2));
         return canvas;
     }
+
+    mutable QIcon shown;
+    mutable qint64 shownFor = 0; ///< key of the icon that this one shows
 };
 
 } // namespace qx
