@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "mainwindow/groupcolumn.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QGridLayout>
+#include <QResizeEvent>
 
 namespace qx {
 
@@ -46,7 +48,10 @@ void GroupColumn::setTight(bool on)
     layout()->setSpacing(on ? tightGroupGap : groupGap);
     for (const auto &[grid, gap] : std::as_const(rowGaps)) {
         grid->setVerticalSpacing(on ? tightRowGap : gap);
-        grid->parentWidget()->updateGeometry(); // else its old height is remembered for a while
+        QWidget *group = grid->parentWidget();
+        group->updateGeometry(); // else its old height is remembered for a while
+        QResizeEvent inside(group->size(), group->size()); // which may be the new one already
+        QCoreApplication::sendEvent(group, &inside);
     }
 }
 
