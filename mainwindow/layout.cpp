@@ -102,6 +102,7 @@ void MainWindow::createWidgets()
     mendStyle();
     lightenFrameTexts();
     holdScreenPace();
+    keepLogAtEnd();
 }
 
 QWidget *MainWindow::createContent()

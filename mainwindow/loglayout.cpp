@@ -53,6 +53,7 @@ bool LogLayout::catchUp()
         return false;
     const int from = std::exchange(newFrom, -1);
     QPlainTextDocumentLayout::documentChanged(from, 0, document()->characterCount() - from);
+    emit documentSizeChanged(documentSize()); // lines were wrapped, though as many went as came
     return true;
 }
 

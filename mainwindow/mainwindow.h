@@ -258,11 +258,13 @@ private:
     void holdScreenPace();
     void catchUpLog();   ///< lays out the new lines and scrolls to the newest
     void prepareLog();   ///< before a painting
+    void keepLogAtEnd(); ///< also when its view becomes lower
     QString timeStamp(); ///< "HH:mm:ss.zzz", local time
 
     SteadyLayout *statusLayout = nullptr; ///< of the status group
     int newLogLines = 0;                  ///< since the last painting
     bool logRushes = false;               ///< too many then to lay out each at once
+    bool logAtEnd = true;                 ///< the operator does not look back
 
     // ---- retranslation.cpp: language menu, every text ----------------------------------------
 public:

@@ -82,6 +82,17 @@ void MainWindow::prepareLog()
     logRushes = std::exchange(newLogLines, 0) > readableLines;
 }
 
+void MainWindow::keepLogAtEnd()
+{
+    QScrollBar *scrollBar = logView->verticalScrollBar();
+    connect(scrollBar, &QScrollBar::valueChanged, this,
+            [this, scrollBar](int value) { logAtEnd = value == scrollBar->maximum(); });
+    connect(scrollBar, &QScrollBar::rangeChanged, this, [this, scrollBar](int, int maximum) {
+        if (logAtEnd)
+            scrollBar->setValue(maximum);
+    });
+}
+
 void MainWindow::updateLocalStatus()
 {
     if (!playerPanel || !frameSpin)

@@ -68,6 +68,9 @@ private slots:
     void newestLineIsInView_data();
     void newestLineIsInView();
     void rushingLinesAreLaidOutForThePainting();
+    void newestLineIsInViewOfAFullLog();
+    void newestLineStaysInViewWhenTheLanguageChanges();
+    void operatorLooksBackWhileTheWindowChanges();
     void oldestLineFallsOff();
     void linesOfAFastPlayerAreThereAtOnce();
     void linesOfAFastPlayerComeIntoView();
@@ -89,6 +92,7 @@ private slots:
 
 private:
     void log(int lines);
+    QString lastShown() const;
 
     std::unique_ptr<Stage> stage;
 };
@@ -260,6 +264,60 @@ void TestViews::log(int lines)
         stage->window().appendLog(QStringLiteral("RX"), QString::number(i));
 }
 
+// The line that stands at the lower edge of the log.
+QString TestViews::lastShown() const
+{
+    QPlainTextEdit *view = stage->hand().logView();
+    const QPoint bottom(4, view->viewport()->height() - 4);
+    return view->cursorForPosition(bottom).block().text().mid(15);
+}
+
+// There as many lines go as come, and some of them are wrapped.
+void TestViews::newestLineIsInViewOfAFullLog()
+{
+    log(3000);
+    QPlainTextEdit *view = stage->hand().logView();
+    EventCounter paintings(view->viewport(), QEvent::Paint);
+    QTRY_VERIFY(paintings.count > 0);
+    for (int i = 0; i < 4; ++i) {
+        const QString line = QStringLiteral("%1 ").arg(i) + QStringLiteral("wrapped ").repeated(14);
+        paintings.count = 0;
+        stage->window().appendLog(QStringLiteral("RX"), line);
+        QTRY_VERIFY(paintings.count > 0);
+        QCOMPARE(lastShown(), QStringLiteral("RX    ") + line);
+        const QTextCursor end(view->document()->lastBlock());
+        QTextCursor atEnd = end;
+        atEnd.movePosition(QTextCursor::End);
+        QVERIFY(view->viewport()->rect().contains(view->cursorRect(atEnd)));
+    }
+}
+
+void TestViews::newestLineStaysInViewWhenTheLanguageChanges()
+{
+    log(100);
+    for (const auto language : {qx::UiLanguage::Chinese, qx::UiLanguage::English}) {
+        stage->window().setLanguage(language);
+        QScrollBar *bar = stage->hand().logView()->verticalScrollBar();
+        EventCounter paintings(stage->hand().logView()->viewport(), QEvent::Paint);
+        QTRY_VERIFY(paintings.count > 0);
+        QCOMPARE(bar->value(), bar->maximum());
+        QCOMPARE(lastShown(), stage->hand().lastLog());
+    }
+}
+
+void TestViews::operatorLooksBackWhileTheWindowChanges()
+{
+    log(100);
+    QScrollBar *bar = stage->hand().logView()->verticalScrollBar();
+    EventCounter paintings(stage->hand().logView()->viewport(), QEvent::Paint);
+    QTRY_VERIFY(paintings.count > 0);
+    bar->setValue(10);
+    const int height = stage->hand().logView()->height();
+    stage->window().resize(1420, 800);
+    QTRY_VERIFY(stage->hand().logView()->height() < height);
+    QCOMPARE(bar->value(), 10);
+}
+
 void TestViews::linesOfAFastPlayerAreThereAtOnce()
 {
     QVERIFY(stage->connectPlayer());
@@ -276,11 +334,6 @@ void TestViews::linesOfAFastPlayerComeIntoView()
     QVERIFY(stage->connectPlayer());
     QPlainTextEdit *view = stage->hand().logView();
     QScrollBar *bar = view->verticalScrollBar();
-    // The line by line number that a point of the view shows.
-    const auto lastShown = [view] {
-        const QPoint bottom(4, view->viewport()->height() - 4);
-        return view->cursorForPosition(bottom).block().text().mid(15);
-    };
     EventCounter paintings(view->viewport(), QEvent::Paint);
     log(100);
     QTRY_VERIFY(paintings.count > 0);
