@@ -67,7 +67,8 @@ void MainWindow::restoreConfiguredRgbwForPlayback()
 
 void MainWindow::zeroRgbwForStop()
 {
-    rememberConfiguredRgbw();
+    if (rgbwFromEditors() != configuredRgbw) // frame 0 does not wait for the disk without need
+        rememberConfiguredRgbw();
     rgbwZeroedByStop = true;
     setRgbwEditors({});
 }

@@ -44,6 +44,7 @@ struct RgbwLevels
     qint32 green = 0;
     qint32 blue = 0;
     qint32 white = 0;
+    bool operator==(const RgbwLevels &) const = default;
 };
 
 /// The one window of the program: it shows everything and runs the session with the player.
@@ -106,9 +107,11 @@ public:
     void sendCurrentFrame(); ///< offers the frame of the editors; frame 0, dark, while stopped
 
 private:
+    QByteArray currentFrame(); ///< of the editors; empty while a field is invalid
     void transmitDemoFrame(const QByteArray &frame);
     void offerAgain(const QByteArray &frame);
     void releasePendingFrame();
+    void darkenRetainedFrame();
     void requeueInFlightFrame();
     void clearFrames();
     void countReceived(const QByteArray &data);

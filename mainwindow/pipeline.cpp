@@ -123,13 +123,27 @@ void MainWindow::handleAckTimeout()
 
 void MainWindow::sendCurrentFrame()
 {
+    const QByteArray frame = currentFrame();
+    if (frame.isEmpty())
+        appendLog(QStringLiteral("ERR"), Language::text(UiText::FrameNotSentReserved));
+    else
+        transmitFrame(frame);
+}
+
+QByteArray MainWindow::currentFrame()
+{
     bool ok = false;
     const ControlFrame frame = frameFromEditors(&ok);
-    if (!ok) {
-        appendLog(QStringLiteral("ERR"), Language::text(UiText::FrameNotSentReserved));
-        return;
-    }
-    transmitFrame(Protocol::encodeControlFrame(showsZeroFrame() ? darkFrame(frame) : frame));
+    if (!ok)
+        return {};
+    return Protocol::encodeControlFrame(showsZeroFrame() ? darkFrame(frame) : frame);
+}
+
+// A lit frame that waits for the handshake would go out after the Stop.
+void MainWindow::darkenRetainedFrame()
+{
+    if (!pendingFrame.isEmpty())
+        pendingFrame = currentFrame();
 }
 
 void MainWindow::countReceived(const QByteArray &data)

@@ -74,6 +74,8 @@ void MainWindow::stopPlayback(bool resendStopFrame)
     updateLocalStatus();
     updateFramePreview();
     if (!resendStopFrame || !isUsbTransmissionReady()) {
+        if (resendStopFrame)
+            darkenRetainedFrame();
         playbackTimer->stop();
         resumeAfterSeek = false; // the line may be lost while the slider is held
         return;
