@@ -120,6 +120,15 @@ void MainWindow::setTotal(int total)
     frameSpin->setMaximum(std::max({standardTotal, total, frameSpin->value()}));
     playerPanel->setTotalFrames(total);
     playerPanel->setCurrentFrame(frameSpin->value());
+    if (!totalSpin->hasFocus())
+        finishedTotal = total;
+}
+
+// While the operator types a number, its first digit alone does not end a show that is playing.
+int MainWindow::lastFrame() const
+{
+    const int total = totalSpin->value();
+    return totalSpin->hasFocus() ? std::max(total, finishedTotal) : total;
 }
 
 } // namespace qx

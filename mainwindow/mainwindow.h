@@ -163,10 +163,12 @@ public:
 
 private:
     void setTotal(int total);
+    int lastFrame() const; ///< of the sequence that is playing
     bool showsZeroFrame() const;
     static ControlFrame darkFrame(ControlFrame frame);
 
     bool editorsSyncing = false; ///< setRgbwEditors() is writing
+    int finishedTotal = 1800;    ///< before the operator began to type another
 
     // ---- colours.cpp: the operator's colour levels, kept across runs and stops ---------------
 public:

@@ -94,7 +94,7 @@ void MainWindow::playbackTick()
         return;
     if (state == PlaybackState::Playing) {
         const int frame = frameSpin->value();
-        const bool atEnd = frame >= totalSpin->value();
+        const bool atEnd = frame >= lastFrame();
         if (atEnd && !playerPanel->repeatEnabled()) {
             stopPlayback(true);
             return;

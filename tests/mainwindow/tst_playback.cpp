@@ -178,6 +178,8 @@ private slots:
     void totalBelowTheFrame_data();
     void totalBelowTheFrame();
 
+    void totalIsTypedWhilePlaying();
+    void stopWhileTheHandshakeIsMissing();
     void lostLineStopsQuietly();
     void leavingDemoStopsQuietly();
 };
@@ -780,6 +782,53 @@ void TestPlayback::totalBelowTheFrame()
     stage.window().playbackTick();
     QCOMPARE(hand.frame()->value(), 0);
     QCOMPARE(hand.state(), replay ? playing() : stopped());
+}
+
+void TestPlayback::totalIsTypedWhilePlaying()
+{
+    Stage stage;
+    const Operator &hand = stage.hand();
+    hand.type(hand.frame(), 300);
+    hand.click(hand.play());
+    stage.window().activateWindow();
+    hand.total()->setFocus();
+    QTRY_VERIFY(hand.total()->hasFocus());
+    hand.total()->selectAll();
+    for (const char digit : {'2', '4', '0', '0'}) {
+        QTest::keyClick(hand.total(), digit);
+        stage.window().playbackTick();
+        QCOMPARE(hand.state(), playing());
+    }
+    QVERIFY(hand.frame()->value() >= 304);
+
+    hand.total()->selectAll();
+    QTest::keyClicks(hand.total(), u"100"_s);
+    stage.window().playbackTick();
+    QCOMPARE(hand.state(), playing());
+    QTest::keyClick(hand.total(), Qt::Key_Return);
+    stage.window().playbackTick();
+    QCOMPARE(hand.state(), stopped());
+}
+
+// The player asks for a new handshake while a lit frame is under way, and Stop is pressed before
+// that is complete.
+void TestPlayback::stopWhileTheHandshakeIsMissing()
+{
+    Stage stage;
+    const Operator &hand = stage.hand();
+    prepare(stage, 1000);
+    qx::SimulatorBehaviour mute;
+    mute.silent = true;
+    stage.player().setBehaviour(mute);
+    hand.click(hand.play());
+    QVERIFY(stage.hear("QXUSB NEED HELLO"));
+    QVERIFY(!stage.window().isUsbTransmissionReady());
+    hand.click(hand.stop());
+    QCOMPARE(hand.state(), stopped());
+    const QStringList before = hand.log("TX");
+    QVERIFY(stage.hear("QXUSB OK"));
+    QTRY_VERIFY(hand.log("TX").size() > before.size());
+    QCOMPARE(hand.log("TX").last(), u"HY: 0  Frame: 0  R: 0  G: 0  B: 0  W: 0"_s);
 }
 
 void TestPlayback::lostLineStopsQuietly()
