@@ -309,7 +309,7 @@ private:
     void handleDuration(qint64 durationMs);
     void handleMediaStatus(QMediaPlayer::MediaStatus status);
     void handleHasVideo(bool hasVideo);
-    void reportPlaybackFailure(const QString &reason);
+    void handleMediaError(const QString &reason);
 
     QMediaPlayer *mediaPlayer = nullptr;
     QAudioOutput *mediaAudioOutput = nullptr;
@@ -334,10 +334,12 @@ private:
     void watchMediaPictures();
     void requestMedia(bool &due);
     void settleMedia();
+    void stopMedia();
 
     qint64 mediaTargetPositionMs = 0;   ///< where playback last asked the media to be
     bool mediaSeekWarningShown = false; ///< once per run
     bool mediaRepeatInProgress = false;
+    bool mediaFailed = false;            ///< since it was last started
     QTimer *mediaPictureTimer = nullptr; ///< single-shot; active: a picture is on its way
     bool mediaStopDue = false;           ///< asked for, waits for the picture
     bool mediaSourceDue = false;         ///< likewise

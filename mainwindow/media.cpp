@@ -3,9 +3,11 @@
 // Owns the media objects, selectedMediaPath and the flags of the loaded file.
 #include "mainwindow/mainwindow.h"
 
+#include <QAudioDevice>
 #include <QAudioOutput>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QMediaDevices>
 #include <QMediaPlayer>
 #include <QMessageBox>
 #include <QMimeDatabase>
@@ -89,8 +91,8 @@ void MainWindow::connectMediaPlayer()
     connect(mediaPlayer, &QMediaPlayer::seekableChanged, this, &MainWindow::applyMediaTarget);
     connect(mediaPlayer, &QMediaPlayer::errorOccurred, this,
             [this](QMediaPlayer::Error error, const QString &reason) {
-                if (error != QMediaPlayer::NoError)
-                    reportPlaybackFailure(reason);
+                if (error != QMediaPlayer::NoError && !mediaSourceDue)
+                    handleMediaError(reason);
             });
     connect(mediaPlayer, &QMediaPlayer::mediaStatusChanged, this, &MainWindow::handleMediaStatus);
 }
@@ -157,6 +159,7 @@ bool MainWindow::loadMediaFile(const QString &path)
 // the same file again wants it loaded again.
 void MainWindow::setMediaSource()
 {
+    mediaAudioOutput->setDevice(QMediaDevices::defaultAudioOutput()); // may have been plugged in
     mediaPlayer->setSource(QUrl());
     mediaTargetApplied = false;
     mediaPlayer->setSource(QUrl::fromLocalFile(selectedMediaPath));
@@ -164,6 +167,7 @@ void MainWindow::setMediaSource()
 
 void MainWindow::showVideoPreview()
 {
+    mediaVideoWidget->setWindowState(mediaVideoWidget->windowState() & ~Qt::WindowMinimized);
     mediaVideoWidget->show();
     mediaVideoWidget->raise();
 }
@@ -195,9 +199,10 @@ void MainWindow::handleHasVideo(bool hasVideo)
         showVideoPreview();
 }
 
+// What the player says of the file that is about to leave is not said of the next one.
 void MainWindow::handleDuration(qint64 durationMs)
 {
-    if (durationMs < 1)
+    if (durationMs < 1 || mediaSourceDue)
         return;
     applyMediaTarget();
     if (mediaReadyLogged)
@@ -208,28 +213,37 @@ void MainWindow::handleDuration(qint64 durationMs)
 }
 
 // Once per loaded file: the duration of some files changes again and again while they play, and
-// media turns seekable only after its duration is known.
+// media turns seekable only after its duration is known. Some are played by then: nobody wants to
+// hear their beginning twice.
 void MainWindow::applyMediaTarget()
 {
     if (mediaTargetApplied || !mediaPlayer->isSeekable() || mediaPlayer->duration() < 1)
         return;
     mediaTargetApplied = true;
-    mediaPlayer->setPosition(std::min(mediaPlayer->duration(), mediaTargetPositionMs));
+    const qint64 target = std::min(mediaPlayer->duration(), mediaTargetPositionMs);
+    if (target < 1 && mediaPlayer->playbackState() == QMediaPlayer::PlayingState)
+        return;
+    if (mediaPlayer->playbackState() == QMediaPlayer::PausedState)
+        mediaPlayer->setPosition(target + 1); // or what was paused at its beginning would end there
+    mediaPlayer->setPosition(target);
 }
 
 void MainWindow::handleMediaStatus(QMediaPlayer::MediaStatus status)
 {
+    if (mediaSourceDue)
+        return;
     if (status == QMediaPlayer::InvalidMedia) {
         mediaIsVideo = false;
         mediaVideoWidget->hide();
-        reportPlaybackFailure(mediaPlayer->errorString());
+        handleMediaError(mediaPlayer->errorString());
     } else if (status == QMediaPlayer::EndOfMedia) {
         repeatMedia();
     }
 }
 
-void MainWindow::reportPlaybackFailure(const QString &reason)
+void MainWindow::handleMediaError(const QString &reason)
 {
+    mediaFailed = true;
     const QString trimmed = reason.trimmed();
     reportMediaError(Language::text(UiText::MediaPlaybackFailed)
                          .arg(trimmed.isEmpty() ? mediaFileName() : trimmed));

@@ -44,6 +44,7 @@ void MainWindow::playSelectedMedia()
         mediaTargetPositionMs = 0;
         mediaPlayer->setPosition(0);
     }
+    mediaFailed = false;
     mediaPlayer->play();
 }
 
@@ -97,10 +98,14 @@ qint64 MainWindow::mediaPositionForFrame(int frame) const
                          mediaPlayer ? mediaPlayer->duration() : 0);
 }
 
+// What has no length (a picture, an empty recording) or has just failed would end again at once,
+// for ever.
 void MainWindow::repeatMedia()
 {
     if (mediaRepeatInProgress || !playerPanel ||
         playerPanel->playbackState() != PlaybackState::Playing)
+        return;
+    if (mediaFailed || mediaPlayer->duration() < 1)
         return;
     mediaRepeatInProgress = true;
     if (playerPanel->repeatEnabled()) {
@@ -140,17 +145,31 @@ void MainWindow::settleMedia()
     mediaPictureTimer->stop();
     if (std::exchange(mediaStopDue, false)) {
         mediaSeekDue = false;
-        mediaPlayer->stop();
-        if (!mediaPlayer->source().isEmpty())
-            mediaPlayer->setPosition(0);
+        stopMedia();
     }
     if (std::exchange(mediaSourceDue, false))
         setMediaSource();
     if (std::exchange(mediaSeekDue, false)) {
+        mediaTargetApplied = mediaTargetApplied || mediaPlayer->isSeekable();
         mediaPlayer->setPosition(mediaTargetPositionMs);
         if (mediaPlayer->hasVideo())
             mediaPictureTimer->start(pictureMs);
     }
+}
+
+// Media stopped before its length was known would end at once when it is next played: it is loaded
+// again.
+void MainWindow::stopMedia()
+{
+    const bool started = mediaPlayer->playbackState() != QMediaPlayer::StoppedState;
+    mediaPlayer->stop();
+    if (mediaPlayer->source().isEmpty())
+        return;
+    if (started && mediaPlayer->duration() < 1 &&
+        mediaPlayer->mediaStatus() == QMediaPlayer::LoadedMedia)
+        setMediaSource();
+    else
+        mediaPlayer->setPosition(0);
 }
 
 } // namespace qx

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "i18n/language.h"
 #include "tests/support/mediafiles.h"
 #include "tests/support/stage.h"
 
@@ -96,6 +97,9 @@ private slots:
     void replayRepeats_data();
     void replayRepeats();
     void replayOnlyWhilePlaying();
+    void replayOfNothingDoesNotSpin();
+    void soundOfUnknownLengthPlaysOn_data();
+    void soundOfUnknownLengthPlaysOn();
 
     void seekWhilePaused_data();
     void seekWhilePaused();
@@ -135,6 +139,7 @@ private:
     QString webm;
     QString longWebm;
     QString broken;
+    QString unknownLength;
 };
 
 void TestMediaSync::initTestCase()
@@ -146,7 +151,8 @@ void TestMediaSync::initTestCase()
     webm = files->video(u"clip.webm"_s, 400);
     longWebm = files->video(u"long.webm"_s, 5000);
     broken = files->file(u"broken.mp3"_s, "not music");
-    for (const QString &path : {wav, shortWav, webm, longWebm, broken})
+    unknownLength = files->tone(u"plain.mp3"_s, 5000); // no header says how long it is
+    for (const QString &path : {wav, shortWav, webm, longWebm, broken, unknownLength})
         QVERIFY2(!path.isEmpty(), qPrintable(files->problem()));
 }
 
@@ -370,6 +376,70 @@ void TestMediaSync::replayOnlyWhilePlaying()
     stage.window().playSelectedMedia();
     QTRY_COMPARE(hand.media()->mediaStatus(), QMediaPlayer::EndOfMedia);
     QCOMPARE(hand.media()->playbackState(), QMediaPlayer::StoppedState);
+}
+
+// A recording that was broken off: it ends the moment it is played.
+void TestMediaSync::replayOfNothingDoesNotSpin()
+{
+    const QByteArray header = QByteArray::fromHex("52494646 24000000 57415645 666d7420 10000000"
+                                                  "01000100 44ac0000 88580100 02001000"
+                                                  "64617461 00000000");
+    Stage stage;
+    const Operator &hand = stage.hand();
+    load(stage, files->file(u"empty.wav"_s, header));
+    int ends = 0;
+    connect(
+        hand.media(), &QMediaPlayer::mediaStatusChanged, this,
+        [&ends](QMediaPlayer::MediaStatus status) { ends += status == QMediaPlayer::EndOfMedia; });
+    hand.click(hand.replay());
+    hand.click(hand.play());
+    QTRY_VERIFY(ends > 0);
+    const int frame = hand.frame()->value();
+    QTRY_VERIFY(hand.frame()->value() >= frame + 4);
+    QCOMPARE(ends, 1);
+    QCOMPARE(hand.state(), qx::Language::text(qx::UiText::StatePlaying));
+}
+
+void TestMediaSync::soundOfUnknownLengthPlaysOn_data()
+{
+    QTest::addColumn<bool>("pauseFirst");
+    QTest::addColumn<bool>("stopEarly");
+    QTest::newRow("played at once") << false << false;
+    QTest::newRow("paused before the first Play") << true << false;
+    QTest::newRow("stopped before its length is known") << false << true;
+}
+
+// Its length is found out while it plays; it neither starts over then nor ends.
+void TestMediaSync::soundOfUnknownLengthPlaysOn()
+{
+    QFETCH(const bool, pauseFirst);
+    QFETCH(const bool, stopEarly);
+    Stage stage;
+    const Operator &hand = stage.hand();
+    load(stage, unknownLength);
+    QVERIFY(hand.media()->duration() < 1);
+    if (pauseFirst) {
+        hand.click(hand.pause());
+        QTRY_VERIFY(hand.media()->duration() > 0);
+    }
+    if (stopEarly) {
+        playUntil(stage, 50);
+        QVERIFY(hand.media()->duration() < 1);
+        hand.click(hand.stop());
+        QTRY_VERIFY(isStopped(hand.media()));
+        QTRY_COMPARE(hand.media()->mediaStatus(), QMediaPlayer::LoadedMedia);
+    }
+    hand.click(hand.play());
+    qint64 furthest = 0;
+    bool wentBack = false;
+    connect(hand.media(), &QMediaPlayer::positionChanged, this, [&](qint64 position) {
+        wentBack = wentBack || position < furthest;
+        furthest = std::max(furthest, position);
+    });
+    QTRY_VERIFY(furthest > 1000);
+    QVERIFY(hand.media()->duration() > 0);
+    QVERIFY(!wentBack);
+    QCOMPARE(hand.media()->playbackState(), QMediaPlayer::PlayingState);
 }
 
 void TestMediaSync::seekWhilePaused_data()
