@@ -119,6 +119,7 @@ private:
 
     QByteArray inFlightFrame;   ///< written and not answered yet; empty: none
     QByteArray pendingFrame;    ///< the newest frame that waits; empty: none
+    bool offeringAgain = false; ///< it left pendingFrame and is sent in a moment
     int ackRetries = 0;         ///< retransmissions of the frame in flight, 0..2
     QTimer *ackTimer = nullptr; ///< single-shot, 800 ms after each write
     quint64 framesSucceeded = 0;

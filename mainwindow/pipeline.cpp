@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, pipeline: one frame in flight, the newest one waiting behind it.
-// Owns inFlightFrame, pendingFrame, ackRetries, ackTimer and the counters.
+// Owns inFlightFrame, pendingFrame, offeringAgain, ackRetries, ackTimer and the counters.
 // Enter by transmitFrame(); every outcome leaves by finishPendingFrame().
 #include "mainwindow/mainwindow.h"
 #include "serial/serialcontroller.h"
@@ -92,7 +92,11 @@ void MainWindow::finishPendingFrame(bool success, const QString &message)
 // On the next turn of the event loop, so that reply, outcome and next write do not nest.
 void MainWindow::offerAgain(const QByteArray &frame)
 {
-    QTimer::singleShot(0, this, [this, frame] { transmitFrame(frame); });
+    offeringAgain = true;
+    QTimer::singleShot(0, this, [this, frame] {
+        offeringAgain = false;
+        transmitFrame(frame);
+    });
 }
 
 void MainWindow::releasePendingFrame()

@@ -90,7 +90,7 @@ void MainWindow::playbackTick()
     const PlaybackState state = playerPanel->playbackState();
     if (state == PlaybackState{})
         return;
-    if (!isDemo() && !inFlightFrame.isEmpty())
+    if (!isDemo() && (!inFlightFrame.isEmpty() || offeringAgain))
         return;
     if (state == PlaybackState::Playing) {
         const int frame = frameSpin->value();

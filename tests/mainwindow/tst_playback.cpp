@@ -180,6 +180,7 @@ private slots:
 
     void totalIsTypedWhilePlaying();
     void stopWhileTheHandshakeIsMissing();
+    void stepDoesNotOvertakeAFrameThatWaited();
     void lostLineStopsQuietly();
     void leavingDemoStopsQuietly();
 };
@@ -829,6 +830,25 @@ void TestPlayback::stopWhileTheHandshakeIsMissing()
     QVERIFY(stage.hear("QXUSB OK"));
     QTRY_VERIFY(hand.log("TX").size() > before.size());
     QCOMPARE(hand.log("TX").last(), u"HY: 0  Frame: 0  R: 0  G: 0  B: 0  W: 0"_s);
+}
+
+void TestPlayback::stepDoesNotOvertakeAFrameThatWaited()
+{
+    Stage stage;
+    const Operator &hand = stage.hand();
+    prepare(stage, 1000);
+    qx::SimulatorBehaviour mute;
+    mute.silent = true;
+    stage.player().setBehaviour(mute);
+    hand.click(hand.play());
+    hand.type(hand.red(), 77);
+    hand.click(hand.sendFrame()); // waits behind the first one
+    const auto sent = hand.log("TX").size();
+    stage.window().processReceivedLine("QXUSB RX OK");
+    stage.window().playbackTick(); // due in the same moment
+    QTRY_VERIFY(hand.log("TX").size() > sent);
+    QCOMPARE(hand.log("TX").at(sent), u"HY: 0  Frame: 0  R: 77  G: 20  B: 30  W: 40"_s);
+    QCOMPARE(hand.frame()->value(), 0);
 }
 
 void TestPlayback::lostLineStopsQuietly()
