@@ -30,13 +30,18 @@ def with_player(command):
     port = os.path.join(scratch.name, "player")
     player = subprocess.Popen([SIMULATOR, "--link", port, "--quiet", "--json"],
                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-    while not os.path.lexists(port):
-        time.sleep(0.01)
-    run = subprocess.run([port if word == "PORT" else word for word in command],
-                         env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                         text=True, check=True)
-    player.send_signal(signal.SIGINT)
-    seen = json.loads(player.communicate()[0])
+    try:
+        while not os.path.lexists(port):
+            if player.poll() is not None:
+                sys.exit("The simulated player did not start: " + SIMULATOR)
+            time.sleep(0.01)
+        run = subprocess.run([port if word == "PORT" else word for word in command],
+                             env=environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                             text=True, check=True)
+        player.send_signal(signal.SIGINT)
+        seen = json.loads(player.communicate()[0])
+    finally:
+        player.kill()
     return json.loads(run.stdout) if run.stdout.strip() else {}, seen
 
 
@@ -75,25 +80,31 @@ def cadence():
     row("Cadence, window visible", "p50 ms", "p99 ms", "max ms", "drift ms")
     for busy in (False, True):
         load = subprocess.Popen([sys.executable, "-c", "while True: pass"]) if busy else None
-        for interval in (30, 50, 150):
-            own, seen = with_player(on_screen([WINDOW, "play", "PORT", str(interval), str(seconds)]))
-            times = seen["intervalMs"]
-            steps = seen["frames"] - 1
-            drift = steps / seen["framesPerSecond"] * 1000 - steps * interval
-            name = f"{interval} ms" + (", one core busy" if busy else "")
-            results.setdefault("cadence", {})[name] = {
-                **times, "driftMs": drift, "processorPercent": own["processorPercent"]}
-            row("  " + name, f"{times['p50']:.3f}", f"{times['p99']:.3f}", f"{times['max']:.3f}",
-                f"{drift:.2f}")
-            if interval == 30 and not busy:
-                results["processorPercentAt30ms"] = own["processorPercent"]
-        if load:
-            load.kill()
-            load.wait()
+        try:
+            cadence_at_each_interval(busy, seconds)
+        finally:
+            if load:
+                load.kill()
+                load.wait()
     hidden, _ = with_player(on_screen([WINDOW, "play-hidden", "PORT", "30", str(seconds)]))
     results["processorPercentAt30msHidden"] = hidden["processorPercent"]
     row("Processor share at 30 ms, % of a core", "visible", "hidden")
     row("", f"{results['processorPercentAt30ms']:.2f}", f"{hidden['processorPercent']:.2f}")
+
+
+def cadence_at_each_interval(busy, seconds):
+    for interval in (30, 50, 150):
+        own, seen = with_player(on_screen([WINDOW, "play", "PORT", str(interval), str(seconds)]))
+        times = seen["intervalMs"]
+        steps = seen["frames"] - 1
+        drift = steps / seen["framesPerSecond"] * 1000 - steps * interval
+        name = f"{interval} ms" + (", one core busy" if busy else "")
+        results.setdefault("cadence", {})[name] = {
+            **times, "driftMs": drift, "processorPercent": own["processorPercent"]}
+        row("  " + name, f"{times['p50']:.3f}", f"{times['p99']:.3f}", f"{times['max']:.3f}",
+            f"{drift:.2f}")
+        if interval == 30 and not busy:
+            results["processorPercentAt30ms"] = own["processorPercent"]
 
 
 def start():
@@ -150,9 +161,9 @@ def micro():
 
 
 screen = []
-display = ":97"
-server = subprocess.Popen(["Xvfb", display, "-screen", "0", "1500x980x24"],
-                          stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+server = subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", "1500x980x24"],
+                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+display = ":" + server.stdout.readline().strip()
 try:
     closed_loop()
     memory()
