@@ -40,13 +40,13 @@ MainWindow::MainWindow(QWidget *parent)
     demoModeCheck->setChecked(true);
 }
 
-// What is destroyed may signal once more (an open port says that it closes), and by then half of
-// this window is gone.
+// What is destroyed may signal once more (an open port says that it closes, an editor that it has
+// lost the focus), and by then half of this window is gone.
 MainWindow::~MainWindow()
 {
     for (QObject *source :
          {static_cast<QObject *>(serialController), static_cast<QObject *>(playerPanel),
-          static_cast<QObject *>(mediaPlayer)})
+          static_cast<QObject *>(mediaPlayer), static_cast<QObject *>(totalSpin)})
         source->disconnect(this);
 }
 

@@ -809,6 +809,9 @@ void TestPlayback::totalIsTypedWhilePlaying()
     QTest::keyClick(hand.total(), Qt::Key_Return);
     stage.window().playbackTick();
     QCOMPARE(hand.state(), stopped());
+
+    QVERIFY(hand.total()->hasFocus());
+    stage.quit(); // in the middle of typing
 }
 
 // The player asks for a new handshake while a lit frame is under way, and Stop is pressed before
