@@ -187,9 +187,10 @@ QString readRest(const QCommandLineParser &parser, CommandLine *line)
     if (line->behaviour.returnAfterMs > 0 && line->behaviour.vanishAfterFrames == 0) {
         return QStringLiteral("--return-after makes sense with --vanish-after only.");
     }
-    if (!parser.positionalArguments().isEmpty()) {
+    const QStringList others = parser.positionalArguments();
+    if (!others.isEmpty()) {
         return QStringLiteral("'%1' is no option; there are no other arguments.")
-            .arg(parser.positionalArguments().first());
+            .arg(others.first());
     }
     return {};
 }
