@@ -119,6 +119,15 @@ void prepare(Stage &stage, int total)
     stage.hand().dragTo(stage.hand().timeSlider(), 30);
 }
 
+void playUnanswered(Stage &stage)
+{
+    prepare(stage, 1000);
+    SimulatorBehaviour mute;
+    mute.silent = true;
+    stage.player().setBehaviour(mute);
+    stage.hand().click(stage.hand().play());
+}
+
 QStringList editorLevels(const Operator &hand)
 {
     return {hand.red()->text(), hand.green()->text(), hand.blue()->text(), hand.white()->text()};
@@ -820,11 +829,7 @@ void TestPlayback::stopWhileTheHandshakeIsMissing()
 {
     Stage stage;
     const Operator &hand = stage.hand();
-    prepare(stage, 1000);
-    qx::SimulatorBehaviour mute;
-    mute.silent = true;
-    stage.player().setBehaviour(mute);
-    hand.click(hand.play());
+    playUnanswered(stage);
     QVERIFY(stage.hear("QXUSB NEED HELLO"));
     QVERIFY(!stage.window().isUsbTransmissionReady());
     hand.click(hand.stop());
@@ -839,11 +844,7 @@ void TestPlayback::stepDoesNotOvertakeAFrameThatWaited()
 {
     Stage stage;
     const Operator &hand = stage.hand();
-    prepare(stage, 1000);
-    qx::SimulatorBehaviour mute;
-    mute.silent = true;
-    stage.player().setBehaviour(mute);
-    hand.click(hand.play());
+    playUnanswered(stage);
     hand.type(hand.red(), 77);
     hand.click(hand.sendFrame()); // waits behind the first one
     const auto sent = hand.log("TX").size();
