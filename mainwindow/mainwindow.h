@@ -107,7 +107,7 @@ public:
     void sendCurrentFrame(); ///< offers the frame of the editors; frame 0, dark, while stopped
 
 private:
-    QByteArray currentFrame(); ///< of the editors; empty while a field is invalid
+    QByteArray currentFrame() const; ///< of the editors; empty while a field is invalid
     void transmitDemoFrame(const QByteArray &frame);
     void offerAgain(const QByteArray &frame);
     void releasePendingFrame();

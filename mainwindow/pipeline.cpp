@@ -134,7 +134,7 @@ void MainWindow::sendCurrentFrame()
         transmitFrame(frame);
 }
 
-QByteArray MainWindow::currentFrame()
+QByteArray MainWindow::currentFrame() const
 {
     bool ok = false;
     const ControlFrame frame = frameFromEditors(&ok);
