@@ -6,6 +6,9 @@
 #ifdef Q_OS_LINUX
 #include <unistd.h>
 #endif
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace qx::test {
 
@@ -17,6 +20,14 @@ qint64 residentBytes()
         return statm.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
 #endif
     return 0;
+}
+
+qint64 residentBytesInUse()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+    return residentBytes();
 }
 
 } // namespace qx::test
