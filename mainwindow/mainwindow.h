@@ -27,6 +27,7 @@ class QPushButton;
 class QSpinBox;
 class QTimer;
 class QToolButton;
+class QTranslator;
 class QVideoWidget;
 QT_END_NAMESPACE
 
@@ -280,10 +281,12 @@ public:
 
 private:
     void readLanguage();
+    void translateQtTexts(); ///< context menus and the file dialog, where Qt's translations are
     void retranslateNavigation();
     void retranslateGroups();
     void retranslateAccessibleNames();
 
+    QTranslator *qtTexts = nullptr;
     QMenu *languageMenu = nullptr;
     QActionGroup *languageGroup = nullptr;
     QAction *languageChineseAction = nullptr;

@@ -9,9 +9,11 @@
 #include <QActionGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QGroupBox>
 #include <QKeySequence>
 #include <QLabel>
+#include <QLibraryInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -20,6 +22,7 @@
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolButton>
+#include <QTranslator>
 
 namespace qx {
 
@@ -55,6 +58,16 @@ void MainWindow::readLanguage()
     const QSettings settings;
     const QString code = settings.value(languageKey(), QStringLiteral("zh_CN")).toString();
     Language::setCurrent(Language::fromCode(code));
+    translateQtTexts();
+}
+
+void MainWindow::translateQtTexts()
+{
+    delete qtTexts;
+    qtTexts = new QTranslator(this);
+    if (qtTexts->load(QStringLiteral("qtbase_") + Language::code(Language::current()),
+                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(qtTexts);
 }
 
 void MainWindow::createLanguageMenu()
@@ -87,6 +100,7 @@ void MainWindow::setLanguage(UiLanguage language)
     if (language == Language::current())
         return;
     Language::setCurrent(language);
+    translateQtTexts();
     languageChineseAction->setChecked(language == UiLanguage::Chinese);
     languageEnglishAction->setChecked(language == UiLanguage::English);
     QSettings settings;

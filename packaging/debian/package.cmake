@@ -51,5 +51,6 @@ A simulated player is included.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS gstreamer1.0-plugins-base)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "gstreamer1.0-plugins-good, gstreamer1.0-libav, fonts-noto-cjk, qt6-wayland")
+    "gstreamer1.0-plugins-good, gstreamer1.0-libav, fonts-noto-cjk, qt6-wayland,
+     qt6-translations-l10n")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS gstreamer1.0-plugins-ugly)

@@ -8,12 +8,14 @@
 #include <QGroupBox>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTest>
 #include <QToolButton>
 #include <QVideoWidget>
 
+#include <algorithm>
 #include <memory>
 
 using qx::Language;
@@ -107,6 +109,7 @@ private slots:
     void choiceIsStoredShownAndLogged();
     void sameLanguageDoesNothing();
     void unknownCodeOfAnActionSelectsChinese();
+    void contextMenuSpeaksTheLanguage();
     void textsInBothLanguages_data();
     void textsInBothLanguages();
     void stopButtonHasNoShortcut();
@@ -230,6 +233,22 @@ void TestRetranslation::unknownCodeOfAnActionSelectsChinese()
     choose(stage.window(), chinese());
     QCOMPARE(Language::current(), UiLanguage::Chinese);
     QCOMPARE(storedLanguage(), chinese());
+}
+
+void TestRetranslation::contextMenuSpeaksTheLanguage()
+{
+    Stage stage(chinese());
+    const auto offers = [&stage](const QString &what) {
+        const std::unique_ptr<QMenu> menu(stage.hand().logView()->createStandardContextMenu());
+        const QList<QAction *> actions = menu->actions();
+        return std::ranges::any_of(
+            actions, [&](const QAction *action) { return action->text().startsWith(what); });
+    };
+    QVERIFY(offers(QStringLiteral("复制")));
+    choose(stage.window(), english());
+    QVERIFY(offers(QStringLiteral("&Copy")));
+    choose(stage.window(), chinese());
+    QVERIFY(offers(QStringLiteral("复制")));
 }
 
 void TestRetranslation::textsInBothLanguages_data()
