@@ -108,11 +108,9 @@ public:
     void sendCurrentFrame(); ///< offers the frame of the editors; frame 0, dark, while stopped
 
 private:
-    QByteArray currentFrame() const; ///< of the editors; empty while a field is invalid
     void transmitDemoFrame(const QByteArray &frame);
     void offerAgain(const QByteArray &frame);
     void releasePendingFrame();
-    void darkenRetainedFrame();
     void requeueInFlightFrame();
     void clearFrames();
     void countReceived(const QByteArray &data);
@@ -120,7 +118,6 @@ private:
 
     QByteArray inFlightFrame;   ///< written and not answered yet; empty: none
     QByteArray pendingFrame;    ///< the newest frame that waits; empty: none
-    bool offeringAgain = false; ///< it left pendingFrame and is sent in a moment
     int ackRetries = 0;         ///< retransmissions of the frame in flight, 0..2
     QTimer *ackTimer = nullptr; ///< single-shot, 800 ms after each write
     quint64 framesSucceeded = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, pipeline: one frame in flight, the newest one waiting behind it.
-// Owns inFlightFrame, pendingFrame, offeringAgain, ackRetries, ackTimer and the counters.
+// Owns inFlightFrame, pendingFrame, ackRetries, ackTimer and the counters.
 // Enter by transmitFrame(); every outcome leaves by finishPendingFrame().
 #include "mainwindow/mainwindow.h"
 #include "serial/serialcontroller.h"
@@ -92,11 +92,7 @@ void MainWindow::finishPendingFrame(bool success, const QString &message)
 // On the next turn of the event loop, so that reply, outcome and next write do not nest.
 void MainWindow::offerAgain(const QByteArray &frame)
 {
-    offeringAgain = true;
-    QTimer::singleShot(0, this, [this, frame] {
-        offeringAgain = false;
-        transmitFrame(frame);
-    });
+    QTimer::singleShot(0, this, [this, frame] { transmitFrame(frame); });
 }
 
 void MainWindow::releasePendingFrame()
@@ -127,27 +123,13 @@ void MainWindow::handleAckTimeout()
 
 void MainWindow::sendCurrentFrame()
 {
-    const QByteArray frame = currentFrame();
-    if (frame.isEmpty())
-        appendLog(QStringLiteral("ERR"), Language::text(UiText::FrameNotSentReserved));
-    else
-        transmitFrame(frame);
-}
-
-QByteArray MainWindow::currentFrame() const
-{
     bool ok = false;
     const ControlFrame frame = frameFromEditors(&ok);
-    if (!ok)
-        return {};
-    return Protocol::encodeControlFrame(showsZeroFrame() ? darkFrame(frame) : frame);
-}
-
-// A lit frame that waits for the handshake would go out after the Stop.
-void MainWindow::darkenRetainedFrame()
-{
-    if (!pendingFrame.isEmpty())
-        pendingFrame = currentFrame();
+    if (!ok) {
+        appendLog(QStringLiteral("ERR"), Language::text(UiText::FrameNotSentReserved));
+        return;
+    }
+    transmitFrame(Protocol::encodeControlFrame(showsZeroFrame() ? darkFrame(frame) : frame));
 }
 
 void MainWindow::countReceived(const QByteArray &data)

@@ -74,8 +74,6 @@ void MainWindow::stopPlayback(bool resendStopFrame)
     updateLocalStatus();
     updateFramePreview();
     if (!resendStopFrame || !isUsbTransmissionReady()) {
-        if (resendStopFrame)
-            darkenRetainedFrame();
         playbackTimer->stop();
         resumeAfterSeek = false; // the line may be lost while the slider is held
         return;
@@ -90,7 +88,7 @@ void MainWindow::playbackTick()
     const PlaybackState state = playerPanel->playbackState();
     if (state == PlaybackState{})
         return;
-    if (!isDemo() && (!inFlightFrame.isEmpty() || offeringAgain))
+    if (!isDemo() && !inFlightFrame.isEmpty())
         return;
     if (state == PlaybackState::Playing) {
         const int frame = frameSpin->value();

@@ -189,7 +189,7 @@ private slots:
 
     void totalIsTypedWhilePlaying();
     void stopWhileTheHandshakeIsMissing();
-    void stepDoesNotOvertakeAFrameThatWaited();
+    void stepBetweenReplyAndTheFrameThatWaited();
     void lostLineStopsQuietly();
     void leavingDemoStopsQuietly();
 };
@@ -823,36 +823,44 @@ void TestPlayback::totalIsTypedWhilePlaying()
     stage.quit(); // in the middle of typing
 }
 
-// The player asks for a new handshake while a lit frame is under way, and Stop is pressed before
-// that is complete.
+// The player asks for a new handshake while a frame is under way, and Stop is pressed before that
+// is complete: it ends the playback, and what has not arrived yet is still sent, even while the
+// editors hold no valid frame.
 void TestPlayback::stopWhileTheHandshakeIsMissing()
 {
     Stage stage;
     const Operator &hand = stage.hand();
     playUnanswered(stage);
+    const QString sent = hand.log("TX").last();
     QVERIFY(stage.hear("QXUSB NEED HELLO"));
     QVERIFY(!stage.window().isUsbTransmissionReady());
+    hand.type(hand.reserved(), u"01 02"_s);
     hand.click(hand.stop());
     QCOMPARE(hand.state(), stopped());
     const QStringList before = hand.log("TX");
     QVERIFY(stage.hear("QXUSB OK"));
-    QTRY_VERIFY(hand.log("TX").size() > before.size());
-    QCOMPARE(hand.log("TX").last(), u"HY: 0  Frame: 0  R: 0  G: 0  B: 0  W: 0"_s);
+    QCOMPARE(hand.log("TX").size(), before.size() + 1);
+    QCOMPARE(hand.log("TX").last(), sent);
 }
 
-void TestPlayback::stepDoesNotOvertakeAFrameThatWaited()
+// The moment between a reply and the frame that waited for it is one without a frame in flight.
+void TestPlayback::stepBetweenReplyAndTheFrameThatWaited()
 {
     Stage stage;
     const Operator &hand = stage.hand();
     playUnanswered(stage);
     hand.type(hand.red(), 77);
     hand.click(hand.sendFrame()); // waits behind the first one
+    hand.type(hand.red(), 78);
     const auto sent = hand.log("TX").size();
     stage.window().processReceivedLine("QXUSB RX OK");
     stage.window().playbackTick(); // due in the same moment
-    QTRY_VERIFY(hand.log("TX").size() > sent);
-    QCOMPARE(hand.log("TX").at(sent), u"HY: 0  Frame: 0  R: 77  G: 20  B: 30  W: 40"_s);
-    QCOMPARE(hand.frame()->value(), 0);
+    QCOMPARE(hand.log("TX").size(), sent + 1);
+    QCOMPARE(hand.log("TX").last(), u"HY: 0  Frame: 1  R: 78  G: 20  B: 30  W: 40"_s);
+    QTRY_COMPARE(hand.log("QUEUE").size(), 2);
+    QVERIFY(stage.hear("QXUSB RX OK"));
+    QTRY_COMPARE(hand.log("TX").size(), sent + 2);
+    QCOMPARE(hand.log("TX").last(), u"HY: 0  Frame: 0  R: 77  G: 20  B: 30  W: 40"_s);
 }
 
 void TestPlayback::lostLineStopsQuietly()

@@ -110,8 +110,6 @@ public:
             fromPlayer.cut();
     }
     void unplugged() { toPlayer.forgetDoubtful(); }
-    void lookAtState(); ///< before an act, so that the editors are those of a Stop that came
-    void stopClicked();
     void endOfStep();
     bool isSettled() const { return underWay().isEmpty(); }
     QStringList underWay() const; ///< what has not come to its end yet
@@ -158,7 +156,6 @@ private:
     void frameRetained();
     void closed();
     void finished(bool success);
-    void darkenPending();
     void checkDisplays();
 
     Operator &hand;
@@ -173,7 +170,6 @@ private:
     int writesOfFrame = 0;
     QElapsedTimer sinceWrite;
     QString pending;
-    bool wasStopped = true;
     QString offeredAgain;          ///< posted to the event loop after an outcome
     bool maybeTaken = false;       ///< the frame that was sent may have been that one
     int stepsOfferedAgain = 0;     ///< for so long
@@ -213,31 +209,8 @@ QString Account::outcome(UiText message, int ok, int fail) const
         .arg(Language::text(message), QString::number(ok), QString::number(fail));
 }
 
-void Account::lookAtState()
-{
-    const bool stopped = hand.state() == Language::text(UiText::StateStopped);
-    if (stopped && !wasStopped)
-        darkenPending();
-    wasStopped = stopped;
-}
-
-void Account::stopClicked()
-{
-    wasStopped = true;
-    darkenPending();
-}
-
-// A frame that waits for the handshake while Stop is pressed, or the end is reached, goes dark.
-void Account::darkenPending()
-{
-    const bool valid = hand.reserved()->styleSheet().isEmpty();
-    if (!linked && !pending.isEmpty())
-        pending = valid ? hand.summary()->text() : QString();
-}
-
 void Account::logLine(const QString &line)
 {
-    lookAtState();
     const bool wasDue = takeDue(line);
     const QString tag = line.first(5).trimmed();
     const QString message = line.mid(6);
@@ -658,7 +631,6 @@ void RandomWalkTest::readLog()
 // What the operator does is done at once; no event comes in between.
 void RandomWalkTest::acting(const std::function<void()> &act)
 {
-    account->lookAtState();
     account->operatorActs = true;
     act();
     account->operatorActs = false;
@@ -669,18 +641,14 @@ void RandomWalkTest::acting(const std::function<void()> &act)
 QList<RandomWalkTest::Choice> RandomWalkTest::transportChoices()
 {
     const auto click = [this](QAbstractButton *button) { hand().click(button); };
-    const auto stop = [this](QAbstractButton *button) {
-        hand().click(button);
-        account->stopClicked();
-    };
     const auto drag = [this](QSlider *slider) {
         hand().dragTo(slider, slider->minimum() + below(slider->maximum() - slider->minimum() + 1));
     };
     return {
         {60, [=, this] { click(hand().play()); }},
         {30, [=, this] { click(hand().pause()); }},
-        {25, [=, this] { stop(hand().stop()); }},
-        {10, [=, this] { stop(hand().stopZero()); }},
+        {25, [=, this] { click(hand().stop()); }},
+        {10, [=, this] { click(hand().stopZero()); }},
         {20, [=, this] { click(below(2) ? hand().increase() : hand().decrease()); }},
         {10, [=, this] { click(hand().replay()); }},
         {30, [=, this] { drag(hand().seekSlider()); }},
