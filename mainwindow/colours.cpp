@@ -67,8 +67,7 @@ void MainWindow::restoreConfiguredRgbwForPlayback()
 
 void MainWindow::zeroRgbwForStop()
 {
-    if (rgbwFromEditors() != configuredRgbw) // frame 0 does not wait for the disk without need
-        rememberConfiguredRgbw();
+    rememberConfiguredRgbw();
     rgbwZeroedByStop = true;
     setRgbwEditors({});
 }

@@ -45,7 +45,6 @@ struct RgbwLevels
     qint32 green = 0;
     qint32 blue = 0;
     qint32 white = 0;
-    bool operator==(const RgbwLevels &) const = default;
 };
 
 /// The one window of the program: it shows everything and runs the session with the player.

@@ -162,6 +162,7 @@ private slots:
 
     void everyEditIsStoredAtOnce();
     void stopDarkensAndPlayBringsBack();
+    void stopStoresLevelsThatNobodyEdited();
     void aSecondStopKeepsTheLevels();
     void editsWhileDarkAreMerged();
     void theDarkEditorsStayDarkUntilPlay();
@@ -223,6 +224,18 @@ void ColoursTest::stopDarkensAndPlayBringsBack()
     QCOMPARE(shown(hand()), levels);
     QCOMPARE(stored(), levels);
     QCOMPARE(hand().row(5)->text(), u"10 / 20 / 30 / 40"_s);
+}
+
+void ColoursTest::stopStoresLevelsThatNobodyEdited()
+{
+    stage->quit();
+    overwrite(settingsFile(), "[control]\nrgbw\\red=300\n");
+    stage->restart();
+    hand().click(hand().stop());
+    const QSettings settings;
+    QCOMPARE(settings.value(u"control/rgbw/red"_s).toInt(), 255);
+    for (const QString &channel : {u"green"_s, u"blue"_s, u"white"_s})
+        QCOMPARE(settings.value(u"control/rgbw/"_s + channel), QVariant(u"0"_s));
 }
 
 void ColoursTest::aSecondStopKeepsTheLevels()
