@@ -120,15 +120,20 @@ void MainWindow::setTotal(int total)
     frameSpin->setMaximum(std::max({standardTotal, total, frameSpin->value()}));
     playerPanel->setTotalFrames(total);
     playerPanel->setCurrentFrame(frameSpin->value());
-    if (!totalSpin->hasFocus())
+    if (!totalIsTyped)
         finishedTotal = total;
+}
+
+void MainWindow::finishTotal()
+{
+    totalIsTyped = false;
+    finishedTotal = totalSpin->value();
 }
 
 // While the operator types a number, its first digit alone does not end a show that is playing.
 int MainWindow::lastFrame() const
 {
-    const int total = totalSpin->value();
-    return totalSpin->hasFocus() ? std::max(total, finishedTotal) : total;
+    return std::max(totalSpin->value(), finishedTotal);
 }
 
 } // namespace qx

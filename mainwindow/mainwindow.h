@@ -161,11 +161,13 @@ public:
 
 private:
     void setTotal(int total);
+    void finishTotal();
     int lastFrame() const; ///< of the sequence that is playing
     bool showsZeroFrame() const;
     static ControlFrame darkFrame(ControlFrame frame);
 
     bool editorsSyncing = false; ///< setRgbwEditors() is writing
+    bool totalIsTyped = false;   ///< its digits have not been confirmed yet
     int finishedTotal = 1800;    ///< before the operator began to type another
 
     // ---- colours.cpp: the operator's colour levels, kept across runs and stops ---------------

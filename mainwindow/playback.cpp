@@ -27,6 +27,7 @@ void MainWindow::startPlayback()
 {
     if (!mayPlay())
         return;
+    finishTotal();
     restoreConfiguredRgbwForPlayback();
     playerPanel->setPlaybackState(PlaybackState::Playing);
     startPlaybackTimer();

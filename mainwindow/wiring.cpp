@@ -84,8 +84,9 @@ void MainWindow::connectEditors()
     onEdit(headerSpin, [this](int index) { playerPanel->setFileIndex(index, QString()); });
     onEdit(frameSpin, [this](int frame) { playerPanel->setCurrentFrame(frame); });
     onEdit(totalSpin, [this](int total) { setTotal(total); });
-    connect(totalSpin, &QSpinBox::editingFinished, this,
-            [this] { finishedTotal = totalSpin->value(); });
+    connect(totalSpin->findChild<QLineEdit *>(), &QLineEdit::textEdited, this,
+            [this] { totalIsTyped = true; });
+    connect(totalSpin, &QSpinBox::editingFinished, this, &MainWindow::finishTotal);
     onEdit(redSpin, [this](int level) { rgbwEdited(&RgbwLevels::red, level); });
     onEdit(greenSpin, [this](int level) { rgbwEdited(&RgbwLevels::green, level); });
     onEdit(blueSpin, [this](int level) { rgbwEdited(&RgbwLevels::blue, level); });

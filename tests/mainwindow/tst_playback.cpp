@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 using namespace qx::test;
@@ -188,6 +189,8 @@ private slots:
     void totalBelowTheFrame();
 
     void totalIsTypedWhilePlaying();
+    void totalActsAtOnce_data();
+    void totalActsAtOnce();
     void stopWhileTheHandshakeIsMissing();
     void stepBetweenReplyAndTheFrameThatWaited();
     void lostLineStopsQuietly();
@@ -820,7 +823,45 @@ void TestPlayback::totalIsTypedWhilePlaying()
     QCOMPARE(hand.state(), stopped());
 
     QVERIFY(hand.total()->hasFocus());
+    hand.total()->selectAll();
+    QTest::keyClicks(hand.total(), u"200"_s);
     stage.quit(); // in the middle of typing
+}
+
+// Only digits that are being typed do not count yet.
+void TestPlayback::totalActsAtOnce_data()
+{
+    QTest::addColumn<std::function<void(const Operator &)>>("makeItThree");
+    QTest::newRow("typed before Play") << std::function([](const Operator &hand) {
+        hand.total()->selectAll();
+        QTest::keyClick(hand.total(), '3');
+        hand.click(hand.play());
+        hand.total()->setFocus();
+    });
+    QTest::newRow("stepped down while playing") << std::function([](const Operator &hand) {
+        hand.total()->setValue(4);
+        hand.click(hand.play());
+        hand.total()->setFocus();
+        QTest::keyClick(hand.total(), Qt::Key_Down);
+    });
+}
+
+void TestPlayback::totalActsAtOnce()
+{
+    QFETCH(std::function<void(const Operator &)>, makeItThree);
+    Stage stage;
+    const Operator &hand = stage.hand();
+    stage.window().activateWindow();
+    hand.total()->setFocus();
+    QTRY_VERIFY(hand.total()->hasFocus());
+    makeItThree(hand);
+    QCOMPARE(hand.total()->value(), 3);
+    QVERIFY(hand.total()->hasFocus());
+    for (int step = 0; step < 4; ++step) {
+        QCOMPARE(hand.state(), playing());
+        stage.window().playbackTick();
+    }
+    QCOMPARE(hand.state(), stopped());
 }
 
 // The player asks for a new handshake while a frame is under way, and Stop is pressed before that
