@@ -10,6 +10,7 @@
 #include <QSpinBox>
 
 #include <algorithm>
+#include <utility>
 
 namespace qx {
 
@@ -52,12 +53,12 @@ void MainWindow::setRgbwEditors(const RgbwLevels &levels)
     const auto set = [](QSpinBox *spin, int level) { spin->setValue(qBound(0, level, 255)); };
     const QSignalBlocker blockers[] = {QSignalBlocker(redSpin), QSignalBlocker(greenSpin),
                                        QSignalBlocker(blueSpin), QSignalBlocker(whiteSpin)};
-    editorsSyncing = true;
+    const bool wasSyncing = std::exchange(editorsSyncing, true);
     set(redSpin, levels.red);
     set(greenSpin, levels.green);
     set(blueSpin, levels.blue);
     set(whiteSpin, levels.white);
-    editorsSyncing = false;
+    editorsSyncing = wasSyncing;
     playerPanel->setWhiteLevel(whiteSpin->value());
     updateFramePreview();
     updateLocalStatus();
