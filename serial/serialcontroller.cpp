@@ -63,23 +63,21 @@ bool SerialController::open(const QString &portName, int baudRate)
                 .arg(name, QString::number(baudRate), serialPort->errorString()));
     }
     const bool opened = openPort();
+    const QString reason = serialPort->errorString();
+    if (opened)
+        openedPortName = name;
     const QStringList complaints = std::exchange(openErrors, {});
-    if (!opened) {
-        const QString reason = serialPort->errorString();
-        for (const QString &message : complaints)
-            emit errorOccurred(message);
-        if (isOpen())
-            return false; // a receiver of the error opened a port of its own
+    for (const QString &message : complaints)
+        emit errorOccurred(message);
+    if (opened != isOpen())
+        return false; // a receiver of the error closed the port, or opened one of its own
+    if (!opened)
         return reportOpenFailure(Language::text(UiText::OpenPortFailed).arg(name, reason));
-    }
 
-    openedPortName = name;
     rxBuffer.clear();
     watchLine();
     emit connectionChanged(true,
                            Language::text(UiText::PortOpened).arg(name, QString::number(baudRate)));
-    for (const QString &message : complaints)
-        emit errorOccurred(message);
     return isOpen();
 }
 
@@ -125,7 +123,7 @@ void SerialController::close()
 
 bool SerialController::isOpen() const
 {
-    return serialPort->isOpen();
+    return serialPort && serialPort->isOpen();
 }
 
 QString SerialController::portName() const

@@ -403,8 +403,8 @@ void TestSerialOpening::complaintOfAPortThatOpensAllTheSame()
 
     QVERIFY(controller->isOpen());
     QCOMPARE(history->events,
-             QStringList({qx::connectedTo(peer->path()),
-                          qx::errorEvent(complained(QStringLiteral("not exclusive")))}));
+             QStringList({qx::errorEvent(complained(QStringLiteral("not exclusive"))),
+                          qx::connectedTo(peer->path())}));
 }
 
 QTEST_GUILESS_MAIN(TestSerialOpening)
