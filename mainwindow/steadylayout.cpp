@@ -15,8 +15,19 @@ SteadyLayout::SteadyLayout(QWidget *widget)
     widget->installEventFilter(this);
 }
 
+// What was deleted while the layout was disabled is still in it.
+void SteadyLayout::forgetDeletedWidgets()
+{
+    for (int i = layout->count() - 1; i >= 0; --i) {
+        QLayoutItem *item = layout->itemAt(i);
+        if (!item->widget() && !item->layout() && !item->spacerItem())
+            delete layout->takeAt(i);
+    }
+}
+
 void SteadyLayout::relayout()
 {
+    forgetDeletedWidgets();
     layout->setEnabled(true);
     layout->invalidate();
     layout->activate();

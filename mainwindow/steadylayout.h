@@ -27,6 +27,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void forgetDeletedWidgets();
+
     QLayout *layout;
 };
 

@@ -112,6 +112,8 @@ private slots:
     void contextMenuSpeaksTheLanguage();
     void textsInBothLanguages_data();
     void textsInBothLanguages();
+    void missingWidgetIsSkipped_data();
+    void missingWidgetIsSkipped();
     void stopButtonHasNoShortcut();
     void statusBarMessageStays();
     void portListStaysAsItIs();
@@ -329,6 +331,27 @@ void TestRetranslation::textsInBothLanguages()
     QTEST(textOf(*shared, which), "zh");
     choose(shared->window(), english());
     QTEST(textOf(*shared, which), "en");
+}
+
+void TestRetranslation::missingWidgetIsSkipped_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"windowTitle", "hintLabel", "navVersion", "navTime", "portCaption",
+                             "statusCaption0", "statusCaption6", "stopZeroButton",
+                             "sendFrameButton", "handshakeButton", "clearLogButton"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TestRetranslation::missingWidgetIsSkipped()
+{
+    QFETCH(const QString, name);
+    Stage stage(english());
+    delete stage.window().findChild<QWidget *>(name);
+    choose(stage.window(), chinese());
+    QCOMPARE(textOf(stage, QStringLiteral("statusCaption1")), QStringLiteral("握手"));
+    stage.window().resize(stage.window().size() + QSize(40, 40));
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(textOf(stage, QStringLiteral("send hex")), QStringLiteral("发送HEX"));
 }
 
 void TestRetranslation::stopButtonHasNoShortcut()
