@@ -50,7 +50,7 @@ void MainWindow::appendLog(const QString &channel, const QString &message, const
     const bool first = logLayout->append(u'[' % timeStamp() % u"] " %
                                          channel.leftJustified(channelWidth, u' ', true) % u' ' %
                                          onOneLine(message));
-    if (!logRushes || !logView->isVisible())
+    if (!logRushes || newLogLines <= readableLines || !logView->isVisible())
         catchUpLog();
     else if (first)
         logView->viewport()->update(); // and prepareLog() before that
