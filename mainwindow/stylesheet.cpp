@@ -158,9 +158,8 @@ void MainWindow::makeFrameDisplaysOpaque()
 {
     const QColor surface(0x191c1f); // of the groups and the panel
     const QColor field(0x101214);
-    QWidgetList onSurface{frameSpin, completeFrameEdit,
-                          playerPanel->findChild<QLabel *>(QStringLiteral("framePositionLabel")),
-                          playerPanel->findChild<QSlider *>(QStringLiteral("frameSeekSlider"))};
+    QWidgetList onSurface{frameSpin, completeFrameEdit};
+    onSurface += playerPanel->frameDisplays();
     for (QLabel *value : statusValueLabels)
         onSurface.append(value);
     for (QWidget *widget : onSurface)

@@ -139,8 +139,8 @@ bool MainWindow::event(QEvent *event)
 // kerns letters, is more than half of that and does nothing for digits and short words.
 void MainWindow::lightenFrameTexts()
 {
-    QWidgetList widgets{logView, frameSpin->findChild<QLineEdit *>(), completeFrameEdit,
-                        playerPanel->findChild<QLabel *>(QStringLiteral("framePositionLabel"))};
+    QWidgetList widgets{logView, frameSpin->findChild<QLineEdit *>(), completeFrameEdit};
+    widgets += playerPanel->frameDisplays();
     for (QLabel *value : statusValueLabels)
         widgets.append(value);
     for (QWidget *widget : widgets) {

@@ -153,7 +153,6 @@ void PlayerPanel::createFileSelector()
 void PlayerPanel::createSliders()
 {
     positionLabel = makeLabel(QString(), QRect(224, 331, 160, 30), 10, true);
-    positionLabel->setObjectName(QStringLiteral("framePositionLabel"));
     positionLabel->setAlignment(Qt::AlignCenter);
     seekSlider = new QSlider(Qt::Horizontal, this);
     seekSlider->setObjectName(QStringLiteral("frameSeekSlider"));
@@ -292,6 +291,11 @@ void PlayerPanel::setIntervalMs(int ms)
     const QSignalBlocker blocker(intervalSlider);
     intervalSlider->setValue(qBound(shortestInterval, ms, longestInterval));
     updateStatistics();
+}
+
+QWidgetList PlayerPanel::frameDisplays() const
+{
+    return {positionLabel, seekSlider};
 }
 
 void PlayerPanel::retranslateUi()
