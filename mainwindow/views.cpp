@@ -95,7 +95,7 @@ void MainWindow::keepLogAtEnd()
 
 void MainWindow::updateLocalStatus()
 {
-    if (!playerPanel || !frameSpin)
+    if (!playerPanel || !headerSpin || !frameSpin || !totalSpin)
         return;
     const bool zero = showsZeroFrame();
     const RgbwLevels levels = zero ? RgbwLevels{} : rgbwFromEditors();
