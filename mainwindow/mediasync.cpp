@@ -105,13 +105,12 @@ void MainWindow::repeatMedia()
     if (mediaRepeatInProgress || !playerPanel ||
         playerPanel->playbackState() != PlaybackState::Playing)
         return;
-    if (mediaFailed || mediaPlayer->duration() < 1)
-        return;
     mediaRepeatInProgress = true;
     if (playerPanel->repeatEnabled()) {
         mediaTargetPositionMs = 0;
         mediaPlayer->setPosition(0);
-        mediaPlayer->play();
+        if (!mediaFailed && mediaPlayer->duration() > 0)
+            mediaPlayer->play();
     }
     mediaRepeatInProgress = false;
 }
