@@ -36,12 +36,13 @@ QString startDirectory()
     const QString last = QSettings().value(lastDirectoryKey()).toString();
     if (!last.isEmpty() && QFileInfo(last).isDir())
         return last;
+    const QString home = QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
     for (const auto location : {QStandardPaths::MoviesLocation, QStandardPaths::MusicLocation}) {
         const QString directory = QStandardPaths::writableLocation(location);
-        if (!directory.isEmpty())
-            return directory;
+        if (!directory.isEmpty()) // one that is missing would stand there as the file's name
+            return QFileInfo(directory).isDir() ? directory : home;
     }
-    return QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
+    return home;
 }
 
 bool isVideoFile(const QFileInfo &file)

@@ -15,6 +15,7 @@
 #include <QMediaPlayer>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStandardPaths>
@@ -102,6 +103,7 @@ struct Offer
     QString title;
     QString directory;
     QStringList filters;
+    QString typedFile;
 };
 
 using Answer = void (*)(QFileDialog *dialog, const QString &path);
@@ -132,7 +134,8 @@ Offer browse(Stage &stage, Answer answer, const QString &path = {})
             return;
         if (!offer.shown)
             offer = {true, dialog->windowTitle(), dialog->directory().absolutePath(),
-                     dialog->nameFilters()};
+                     dialog->nameFilters(),
+                     dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->text()};
         answer(dialog, path);
     });
     look.start(10);
@@ -206,6 +209,7 @@ private slots:
     void dialog();
     void chosenInTheDialog();
     void cancelledDialog();
+    void missingMoviesDirectoryIsNoFile();
     void lastDirectoryIsOffered();
     void vanishedDirectoryFallsBack();
     void fileIsNoLastDirectory();
@@ -714,6 +718,19 @@ void TestMedia::cancelledDialog()
     QCOMPARE(stage.hand().log("MEDIA"), before);
     QCOMPARE(stage.hand().media()->playbackState(), QMediaPlayer::PlayingState);
     QVERIFY(preview(stage)->isVisible());
+}
+
+void TestMedia::missingMoviesDirectoryIsNoFile()
+{
+    const QTemporaryDir home;
+    const QByteArray before = qgetenv("HOME");
+    const auto putBack = qScopeGuard([&before] { qputenv("HOME", before); });
+    qputenv("HOME", QFile::encodeName(home.path()));
+    Stage stage;
+    const Offer offer = browse(stage, cancel);
+    QVERIFY(offer.shown);
+    QCOMPARE(offer.directory, home.path());
+    QCOMPARE(offer.typedFile, QString());
 }
 
 void TestMedia::lastDirectoryIsOffered()
