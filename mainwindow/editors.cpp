@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, editors: the frame being edited, its preview, frames typed by hand.
-// Owns editorsSyncing.
+// Owns editorsSyncing, totalIsTyped and finishedTotal.
 #include "mainwindow/hexscan.h"
 #include "mainwindow/mainwindow.h"
 #include "widgets/playerpanel.h"
@@ -121,13 +121,17 @@ void MainWindow::setTotal(int total)
     frameSpin->setMaximum(std::max({standardTotal, total, frameSpin->value()}));
     playerPanel->setTotalFrames(total);
     playerPanel->setCurrentFrame(frameSpin->value());
-    if (!totalIsTyped)
+    if (!std::exchange(totalIsTyped, false))
         finishedTotal = total;
+}
+
+void MainWindow::noteTypedTotal()
+{
+    totalIsTyped = true;
 }
 
 void MainWindow::finishTotal()
 {
-    totalIsTyped = false;
     finishedTotal = totalSpin->value();
 }
 

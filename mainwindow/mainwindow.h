@@ -161,13 +161,14 @@ public:
 
 private:
     void setTotal(int total);
+    void noteTypedTotal();
     void finishTotal();
     int lastFrame() const; ///< of the sequence that is playing
     bool showsZeroFrame() const;
     static ControlFrame darkFrame(ControlFrame frame);
 
     bool editorsSyncing = false; ///< setRgbwEditors() is writing
-    bool totalIsTyped = false;   ///< its digits have not been confirmed yet
+    bool totalIsTyped = false;   ///< the change that comes next is a key of the operator
     int finishedTotal = 1800;    ///< before the operator began to type another
 
     // ---- colours.cpp: the operator's colour levels, kept across runs and stops ---------------

@@ -85,7 +85,7 @@ void MainWindow::connectEditors()
     onEdit(frameSpin, [this](int frame) { playerPanel->setCurrentFrame(frame); });
     onEdit(totalSpin, [this](int total) { setTotal(total); });
     connect(totalSpin->findChild<QLineEdit *>(), &QLineEdit::textEdited, this,
-            [this] { totalIsTyped = true; });
+            &MainWindow::noteTypedTotal);
     connect(totalSpin, &QSpinBox::editingFinished, this, &MainWindow::finishTotal);
     onEdit(redSpin, [this](int level) { rgbwEdited(&RgbwLevels::red, level); });
     onEdit(greenSpin, [this](int level) { rgbwEdited(&RgbwLevels::green, level); });
