@@ -75,7 +75,8 @@ void MainWindow::catchUpLog()
         scrollBar->setValue(scrollBar->maximum());
 }
 
-// Lines that come faster than anyone can read are laid out together from now on.
+// Of lines that come faster than anyone can read, all but the first few are laid out together from
+// now on.
 void MainWindow::prepareLog()
 {
     catchUpLog();
