@@ -107,6 +107,7 @@ void MainWindow::processReceivedLine(const QByteArray &line)
         setUsbLinked(true, Language::text(UiText::HandshakeComplete));
         showStatus(Language::text(UiText::HandshakeSucceeded), handshakeMessageMs);
         releasePendingFrame();
+        followWithStop();
         break;
     case ReplyKind::RxOk:
         finishPendingFrame(true, Language::text(UiText::EspFrameAccepted));

@@ -137,6 +137,7 @@ public:
 private:
     bool mayPlay();
     void startPlaybackTimer();
+    void followWithStop();
     void chooseFile(int index);
     void changeInterval(int ms);
     void beginSeek();
@@ -145,6 +146,7 @@ private:
 
     QTimer *playbackTimer = nullptr; ///< repeating, the panel's interval
     bool resumeAfterSeek = false;    ///< the timer ran when the slider was grabbed
+    bool stopFollows = false;        ///< Stop came while a frame waited for the handshake
 
     // ---- editors.cpp: the frame being edited, frames typed by hand ---------------------------
 public:

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, playback: play, pause, stop, the step of each interval, the seek slider.
-// Owns playbackTimer and resumeAfterSeek. The state itself lives in the player panel, the frame
-// number in the current-frame editor.
+// Owns playbackTimer, resumeAfterSeek and stopFollows. The state itself lives in the player panel,
+// the frame number in the current-frame editor.
 #include "mainwindow/mainwindow.h"
 #include "widgets/playerpanel.h"
 
 #include <QSpinBox>
 #include <QTimer>
+
+#include <utility>
 
 namespace qx {
 
@@ -74,13 +76,25 @@ void MainWindow::stopPlayback(bool resendStopFrame)
         zeroRgbwForStop();
     updateLocalStatus();
     updateFramePreview();
-    if (!resendStopFrame || !isUsbTransmissionReady()) {
+    const bool sends = resendStopFrame && isUsbTransmissionReady();
+    stopFollows = resendStopFrame && !sends && !pendingFrame.isEmpty();
+    if (!sends) {
         playbackTimer->stop();
         resumeAfterSeek = false; // the line may be lost while the slider is held
         return;
     }
     startPlaybackTimer();
     sendCurrentFrame();
+    appendLog(QStringLiteral("SYS"), Language::text(UiText::StoppedResendingZero));
+}
+
+// A frame that waited for the handshake has just gone out, and it may be lit; but Stop was pressed
+// meanwhile.
+void MainWindow::followWithStop()
+{
+    if (!std::exchange(stopFollows, false) || !showsZeroFrame())
+        return;
+    startPlaybackTimer();
     appendLog(QStringLiteral("SYS"), Language::text(UiText::StoppedResendingZero));
 }
 

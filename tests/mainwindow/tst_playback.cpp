@@ -192,7 +192,9 @@ private slots:
     void totalActsAtOnce_data();
     void totalActsAtOnce();
     void stopWhileTheHandshakeIsMissing();
+    void handshakeAfterAnIdleStop();
     void stepBetweenReplyAndTheFrameThatWaited();
+    void newestFrameKeepsItsPlace();
     void lostLineStopsQuietly();
     void leavingDemoStopsQuietly();
 };
@@ -835,8 +837,7 @@ void TestPlayback::totalActsAtOnce_data()
     QTest::newRow("typed before Play") << std::function([](const Operator &hand) {
         hand.total()->selectAll();
         QTest::keyClick(hand.total(), '3');
-        hand.click(hand.play());
-        hand.total()->setFocus();
+        QTest::keyClick(hand.play(), Qt::Key_Space); // the focus stays
     });
     QTest::newRow("stepped down while playing") << std::function([](const Operator &hand) {
         hand.total()->setValue(4);
@@ -844,6 +845,14 @@ void TestPlayback::totalActsAtOnce_data()
         hand.total()->setFocus();
         QTest::keyClick(hand.total(), Qt::Key_Down);
     });
+    QTest::newRow("typed and stepped down while playing")
+        << std::function([](const Operator &hand) {
+               hand.click(hand.play());
+               hand.total()->setFocus();
+               hand.total()->selectAll();
+               QTest::keyClick(hand.total(), '4');
+               QTest::keyClick(hand.total(), Qt::Key_Down);
+           });
 }
 
 void TestPlayback::totalActsAtOnce()
@@ -865,12 +874,13 @@ void TestPlayback::totalActsAtOnce()
 }
 
 // The player asks for a new handshake while a frame is under way, and Stop is pressed before that
-// is complete: it ends the playback, and what has not arrived yet is still sent, even while the
-// editors hold no valid frame.
+// is complete: what has not arrived yet is still sent, even while the editors hold no valid frame,
+// and then the lights go dark.
 void TestPlayback::stopWhileTheHandshakeIsMissing()
 {
     Stage stage;
     const Operator &hand = stage.hand();
+    const QTimer *timer = stepTimer(stage.window());
     playUnanswered(stage);
     const QString sent = hand.log("TX").last();
     QVERIFY(stage.hear("QXUSB NEED HELLO"));
@@ -878,10 +888,28 @@ void TestPlayback::stopWhileTheHandshakeIsMissing()
     hand.type(hand.reserved(), u"01 02"_s);
     hand.click(hand.stop());
     QCOMPARE(hand.state(), stopped());
+    QVERIFY(!timer->isActive());
     const QStringList before = hand.log("TX");
     QVERIFY(stage.hear("QXUSB OK"));
     QCOMPARE(hand.log("TX").size(), before.size() + 1);
     QCOMPARE(hand.log("TX").last(), sent);
+    QCOMPARE(hand.log("SYS").last(),
+             u"Stopped; resending Frame=0 and RGBW=0 at the Time interval"_s);
+    hand.type(hand.reserved(), u"00 00 00 00 00 00"_s);
+    QVERIFY(stage.hear("QXUSB RX OK"));
+    QTRY_COMPARE(hand.log("TX").last(), u"HY: 0  Frame: 0  R: 0  G: 0  B: 0  W: 0"_s);
+}
+
+// Nothing waits for the handshake: nothing follows it.
+void TestPlayback::handshakeAfterAnIdleStop()
+{
+    Stage stage;
+    const Operator &hand = stage.hand();
+    QVERIFY(stage.connectPlayer());
+    hand.click(hand.handshakeAgain());
+    hand.click(hand.stop());
+    QTRY_VERIFY(stage.window().isUsbTransmissionReady());
+    QVERIFY(!stepTimer(stage.window())->isActive());
 }
 
 // The moment between a reply and the frame that waited for it is one without a frame in flight.
@@ -902,6 +930,25 @@ void TestPlayback::stepBetweenReplyAndTheFrameThatWaited()
     QVERIFY(stage.hear("QXUSB RX OK"));
     QTRY_COMPARE(hand.log("TX").size(), sent + 2);
     QCOMPARE(hand.log("TX").last(), u"HY: 0  Frame: 0  R: 77  G: 20  B: 30  W: 40"_s);
+}
+
+// Once more that moment, with two frames in it: the newest one is not lost.
+void TestPlayback::newestFrameKeepsItsPlace()
+{
+    Stage stage;
+    const Operator &hand = stage.hand();
+    playUnanswered(stage);
+    hand.type(hand.red(), 77);
+    hand.click(hand.sendFrame()); // waits behind the first one
+    const auto sent = hand.log("TX").size();
+    stage.window().processReceivedLine("QXUSB RX OK");
+    stage.window().playbackTick();
+    hand.type(hand.red(), 78);
+    hand.click(hand.sendFrame());
+    QCOMPARE(hand.log("TX").size(), sent + 1);
+    QVERIFY(stage.hear("QXUSB RX OK"));
+    QTRY_COMPARE(hand.log("TX").size(), sent + 2);
+    QCOMPARE(hand.log("TX").last(), u"HY: 0  Frame: 1  R: 78  G: 20  B: 30  W: 40"_s);
 }
 
 void TestPlayback::lostLineStopsQuietly()
