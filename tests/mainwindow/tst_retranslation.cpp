@@ -5,7 +5,9 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QDir>
 #include <QGroupBox>
+#include <QLibraryInfo>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -237,8 +239,13 @@ void TestRetranslation::unknownCodeOfAnActionSelectsChinese()
     QCOMPARE(storedLanguage(), chinese());
 }
 
+// Where Qt's translations are not installed, it stays English.
 void TestRetranslation::contextMenuSpeaksTheLanguage()
 {
+    const QDir translations(QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+    const QString copy = translations.exists(QStringLiteral("qtbase_zh_CN.qm"))
+                             ? QStringLiteral("复制")
+                             : QStringLiteral("&Copy");
     Stage stage(chinese());
     const auto offers = [&stage](const QString &what) {
         const std::unique_ptr<QMenu> menu(stage.hand().logView()->createStandardContextMenu());
@@ -246,11 +253,11 @@ void TestRetranslation::contextMenuSpeaksTheLanguage()
         return std::ranges::any_of(
             actions, [&](const QAction *action) { return action->text().startsWith(what); });
     };
-    QVERIFY(offers(QStringLiteral("复制")));
+    QVERIFY(offers(copy));
     choose(stage.window(), english());
     QVERIFY(offers(QStringLiteral("&Copy")));
     choose(stage.window(), chinese());
-    QVERIFY(offers(QStringLiteral("复制")));
+    QVERIFY(offers(copy));
 }
 
 void TestRetranslation::textsInBothLanguages_data()
