@@ -89,14 +89,10 @@ void MainWindow::finishPendingFrame(bool success, const QString &message)
         offerAgain(std::exchange(pendingFrame, {}));
 }
 
-// On the next turn of the event loop, so that reply, outcome and next write do not nest. A frame
-// that has come to wait by then is newer and keeps its place.
+// On the next turn of the event loop, so that reply, outcome and next write do not nest.
 void MainWindow::offerAgain(const QByteArray &frame)
 {
-    QTimer::singleShot(0, this, [this, frame] {
-        if (pendingFrame.isEmpty())
-            transmitFrame(frame);
-    });
+    QTimer::singleShot(0, this, [this, frame] { transmitFrame(frame); });
 }
 
 void MainWindow::releasePendingFrame()

@@ -194,7 +194,6 @@ private slots:
     void stopWhileTheHandshakeIsMissing();
     void handshakeAfterAnIdleStop();
     void stepBetweenReplyAndTheFrameThatWaited();
-    void newestFrameKeepsItsPlace();
     void lostLineStopsQuietly();
     void leavingDemoStopsQuietly();
 };
@@ -930,25 +929,6 @@ void TestPlayback::stepBetweenReplyAndTheFrameThatWaited()
     QVERIFY(stage.hear("QXUSB RX OK"));
     QTRY_COMPARE(hand.log("TX").size(), sent + 2);
     QCOMPARE(hand.log("TX").last(), u"HY: 0  Frame: 0  R: 77  G: 20  B: 30  W: 40"_s);
-}
-
-// Once more that moment, with two frames in it: the newest one is not lost.
-void TestPlayback::newestFrameKeepsItsPlace()
-{
-    Stage stage;
-    const Operator &hand = stage.hand();
-    playUnanswered(stage);
-    hand.type(hand.red(), 77);
-    hand.click(hand.sendFrame()); // waits behind the first one
-    const auto sent = hand.log("TX").size();
-    stage.window().processReceivedLine("QXUSB RX OK");
-    stage.window().playbackTick();
-    hand.type(hand.red(), 78);
-    hand.click(hand.sendFrame());
-    QCOMPARE(hand.log("TX").size(), sent + 1);
-    QVERIFY(stage.hear("QXUSB RX OK"));
-    QTRY_COMPARE(hand.log("TX").size(), sent + 2);
-    QCOMPARE(hand.log("TX").last(), u"HY: 0  Frame: 1  R: 78  G: 20  B: 30  W: 40"_s);
 }
 
 void TestPlayback::lostLineStopsQuietly()
