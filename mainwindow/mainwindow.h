@@ -71,13 +71,13 @@ public:
     /// every 1000 ms until the device answers or the port closes.
     void beginHandshake();
     void sendHandshake(); ///< one HELLO line, unless there is nothing to shake hands for
-    void processReceivedLine(QByteArray const &line); ///< acts on one line from the device
+    void processReceivedLine(const QByteArray &line); ///< acts on one line from the device
 
     /// Whether a frame may go out now: in demo mode, or with the handshake complete.
     bool isUsbTransmissionReady() const;
 
-    void setUsbLinked(bool linked, QString const &message);
-    void setConnectedUi(bool connected, QString const &message); ///< the port opened or closed
+    void setUsbLinked(bool linked, const QString &message);
+    void setConnectedUi(bool connected, const QString &message); ///< the port opened or closed
     void setDemoMode(bool enabled);
 
 private:
@@ -96,13 +96,13 @@ private:
 public:
     /// Offers a frame of 20 bytes: written, kept as the one that waits, or refused with a log
     /// line. In demo mode it succeeds at once.
-    void transmitFrame(QByteArray const &frame);
+    void transmitFrame(const QByteArray &frame);
 
     /// Writes the frame in flight; as a `retry` at most twice, then the frame has failed.
     void sendPendingFrame(bool retry);
 
     /// Counts the outcome of the frame in flight and offers the one that waits.
-    void finishPendingFrame(bool success, QString const &message);
+    void finishPendingFrame(bool success, const QString &message);
     void handleAckTimeout(); ///< 800 ms without an answer
     void sendCurrentFrame(); ///< offers the frame of the editors; frame 0, dark, while stopped
 
@@ -154,7 +154,7 @@ public:
     /// holds six bytes; they are 0 if not.
     ControlFrame frameFromEditors(bool *ok) const;
     RgbwLevels rgbwFromEditors() const;
-    void setRgbwEditors(RgbwLevels const &levels); ///< clamped; not taken for the operator's
+    void setRgbwEditors(const RgbwLevels &levels); ///< clamped; not taken for the operator's
     void updateFramePreview();
 
     /// Sends the 20 bytes typed in hexadecimal as they are, or restarts the handshake if the
@@ -300,8 +300,8 @@ public:
 
     /// Loads a file without playing it. False: the reason was reported and the file that was
     /// loaded before stays.
-    bool loadMediaFile(QString const &path);
-    void reportMediaError(QString const &message); ///< once per loaded file
+    bool loadMediaFile(const QString &path);
+    void reportMediaError(const QString &message); ///< once per loaded file
     void updateMediaNavigation();
 
 private:

@@ -68,11 +68,11 @@ public:
     QList<SerialPortEntry> availablePorts() const;
 
 signals:
-    void connectionChanged(bool connected, QString const &message);
-    void lineReceived(QByteArray const &line); ///< without its line end; never empty
-    void rawReceived(QByteArray const &data);  ///< each chunk as it was read
+    void connectionChanged(bool connected, const QString &message);
+    void lineReceived(const QByteArray &line); ///< without its line end; never empty
+    void rawReceived(const QByteArray &data);  ///< each chunk as it was read
     void bytesTransmitted(qint64 count);       ///< bytes that the system took, as it takes them
-    void errorOccurred(QString const &message);
+    void errorOccurred(const QString &message);
 
 protected:
     /// For a port with behaviour of its own; takes ownership of `port`.
@@ -86,14 +86,14 @@ private:
     bool openPort();
     bool reportOpenFailure(const QString &message);
     void handlePortError(QSerialPort::SerialPortError error);
-    void reportIoError(QString const &operation);
+    void reportIoError(const QString &operation);
     void reportBytesWritten(qint64 count);
     QString portErrorText() const;
     void watchLine();
     void checkLine();
     void releasePort();
     void announceDisconnection();
-    void processReceivedData(QByteArray const &data);
+    void processReceivedData(const QByteArray &data);
 
     QTimer *ioTimer; ///< the slow look at the line while the port is open
     QSerialPort *serialPort;

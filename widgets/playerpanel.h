@@ -39,13 +39,13 @@ public:
     bool repeatEnabled() const;
 
     /// `text` is shown instead of "Connected" or "Not connected" unless it is empty.
-    void setConnected(bool connected, QString const &text);
+    void setConnected(bool connected, const QString &text);
     void setPlaybackState(PlaybackState state);
     void setCurrentFrame(int frame); ///< clamped to 0..totalFrames()
     void setTotalFrames(int total);  ///< at least 0; the current frame follows
     void setFileCount(int count);    ///< at least 0; 0: not known
     /// Clamped to the known files, or to 0..9999; an empty name gives "<index>.bin".
-    void setFileIndex(int index, QString const &name);
+    void setFileIndex(int index, const QString &name);
     void setWhiteLevel(int level); ///< 0..255; kept, not shown
     void setRepeatEnabled(bool on);
     void setIntervalMs(int ms); ///< clamped to 30..150 ms
@@ -81,7 +81,7 @@ private:
         QString connectionText;
     };
 
-    QLabel *makeLabel(QString const &text, QRect const &rect, int pointSize, bool bold);
+    QLabel *makeLabel(const QString &text, const QRect &rect, int pointSize, bool bold);
     void createSummary();
     void createTransport();
     void createFileSelector();
