@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/version.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -24,7 +25,7 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Tessaly Player"));
     QCoreApplication::setOrganizationName(QStringLiteral("Corvessa Electronic CO."));
-    QCoreApplication::setApplicationVersion(QStringLiteral(TESSALY_VERSION));
+    QCoreApplication::setApplicationVersion(qx::version());
     QGuiApplication::setWindowIcon(QPixmap(QStringLiteral(":/assets/logo1_icon.png")));
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     font.setPointSize(10);

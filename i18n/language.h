@@ -14,7 +14,10 @@ enum class UiLanguage : int {
 /// Keys of the text table, 0 to 126 in the order of the table.
 ///
 /// A text may hold the placeholders %1 to %4, the same ones in both languages; the caller
-/// fills them with QString::arg.
+/// fills them with QString::arg. NoMediaSelected is shown nowhere; WindowsError, WindowsSerialPort,
+/// ConfigureBuffersFailed, ReadSettingsFailed, ConfigureTimeoutsFailed, PlatformUnsupported,
+/// SerialReadOperation and SerialWriteZero belong to ways of working a port that this program has
+/// not; they stay, since the numbers are fixed.
 enum class UiText : int {
     AppTitle = 0,
     MediaSyncHint,

@@ -65,28 +65,25 @@ void MainWindow::setRgbwEditors(const RgbwLevels &levels)
 }
 
 // A player at rest is sent frame 0 with all channels off, whatever the editors hold.
-bool MainWindow::showsZeroFrame() const
+ControlFrame MainWindow::outgoingFrame(bool *ok) const
 {
-    return playerPanel->playbackState() == PlaybackState::Stopped;
-}
-
-ControlFrame MainWindow::darkFrame(ControlFrame frame)
-{
-    frame.frame = 0;
-    frame.red = frame.green = frame.blue = frame.white = 0;
+    ControlFrame frame = frameFromEditors(ok);
+    if (playerPanel->playbackState() == PlaybackState::Stopped) {
+        frame.frame = 0;
+        frame.red = frame.green = frame.blue = frame.white = 0;
+    }
     return frame;
 }
 
 void MainWindow::updateFramePreview()
 {
     bool ok = false;
-    const ControlFrame frame = frameFromEditors(&ok);
+    const ControlFrame frame = outgoingFrame(&ok);
     const QString mark = ok ? QString() : QStringLiteral("border:1px solid #9b4d55;");
     if (reservedEdit->styleSheet() != mark)
         reservedEdit->setStyleSheet(mark);
-    completeFrameEdit->setText(
-        ok ? Protocol::frameSummary(showsZeroFrame() ? darkFrame(frame) : frame)
-           : Language::text(UiText::ReservedFieldInvalid));
+    completeFrameEdit->setText(ok ? Protocol::frameSummary(frame)
+                                  : Language::text(UiText::ReservedFieldInvalid));
     completeFrameEdit->setCursorPosition(0);
 }
 

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, layout: the widget tree. Texts come from the retranslation, connections of the
 // session from the wiring.
-#include "mainwindow/arrowboxes.h"
-#include "mainwindow/greyicon.h"
-#include "mainwindow/groupcolumn.h"
-#include "mainwindow/literalbutton.h"
-#include "mainwindow/loglayout.h"
 #include "mainwindow/mainwindow.h"
-#include "mainwindow/navigationbutton.h"
-#include "mainwindow/valuelabel.h"
+#include "mainwindow/messagelifetimes.h"
+#include "mainwindow/version.h"
+#include "widgets/arrowboxes.h"
+#include "widgets/colours.h"
+#include "widgets/framedisplay.h"
+#include "widgets/greyicon.h"
+#include "widgets/groupcolumn.h"
+#include "widgets/literalbutton.h"
+#include "widgets/logview.h"
+#include "widgets/navigationbutton.h"
 #include "widgets/playerpanel.h"
+#include "widgets/valuelabel.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>
@@ -21,13 +25,11 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QStyle>
-#include <QTextDocument>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -35,16 +37,9 @@ namespace qx {
 
 namespace {
 
-constexpr int pageMessageMs = 3500;
-constexpr int logLines = 3000;
 constexpr QSize navigationIcon(48, 48);
 constexpr int tightSpacing = 4;   // of the grids, so that all groups fit the default size
 constexpr int connectWidth = 190; // for both of its texts, so that nothing moves on connecting
-
-QString version()
-{
-    return QStringLiteral(TESSALY_VERSION);
-}
 
 QLabel *namedLabel(const QString &name)
 {
@@ -97,12 +92,7 @@ void MainWindow::createWidgets()
     layout->addWidget(createContent(), 1);
     setCentralWidget(central);
     central->setFocus(); // no control looks chosen before the first Tab
-    connectEditors();
-    statusBar();
-    mendStyle();
-    lightenFrameTexts();
-    holdScreenPace();
-    keepLogAtEnd();
+    prepareFrameDisplay(statusBar(), colours::edge);
 }
 
 QWidget *MainWindow::createContent()
@@ -177,7 +167,7 @@ QFrame *MainWindow::createNavigation()
         connect(button, &QToolButton::clicked, this, [this, player, button] {
             player->setChecked(true);
             button->setChecked(false);
-            showStatus(Language::text(UiText::PlayerOnlyNotice).arg(version()), pageMessageMs);
+            showStatus(Language::text(UiText::PlayerOnlyNotice).arg(version()), lifetimes::page);
         });
     }
 
@@ -304,6 +294,7 @@ QGroupBox *MainWindow::createFrameGroup()
     QLabel *completeFrameCaption = namedLabel(QStringLiteral("completeFrameCaption"));
     completeFrameEdit = new QLineEdit;
     completeFrameEdit->setReadOnly(true);
+    prepareFrameDisplay(completeFrameEdit, colours::surface);
     completeFrameCaption->setBuddy(completeFrameEdit);
     grid->addWidget(completeFrameCaption, 3, 0, 1, 2);
     grid->addWidget(completeFrameEdit, 3, 2, 1, 6);
@@ -314,6 +305,7 @@ void MainWindow::createFrameEditors(QGridLayout *grid)
 {
     headerSpin = addSpin(grid, 0, 0, QStringLiteral("HY"), 255);
     frameSpin = addSpin(grid, 0, 2, QStringLiteral("Frame"), 1800);
+    prepareFrameDisplay(frameSpin, colours::surface);
     totalSpin = addSpin(grid, 0, 4, QStringLiteral("Total"), 65535, 3);
     totalSpin->setValue(1800);
     redSpin = addSpin(grid, 1, 0, QStringLiteral("R"), 255);
@@ -362,6 +354,7 @@ QGroupBox *MainWindow::createDeviceStatusGroup()
         value->setText(text);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         value->setTextFormat(Qt::PlainText);
+        prepareFrameDisplay(value, colours::surface);
         statusValueLabels.append(value);
         grid->addWidget(caption, row, 0);
         grid->addWidget(value, row, 1);
@@ -384,14 +377,7 @@ QGroupBox *MainWindow::createLogGroup()
 {
     QGroupBox *group = namedGroup(QStringLiteral("logGroup"));
     auto *layout = groupLayout<QVBoxLayout>(group);
-    logView = new QPlainTextEdit;
-    auto *document = new QTextDocument(logView);
-    logLayout = new LogLayout(document);
-    logView->setDocument(document);
-    logView->setReadOnly(true);
-    logView->setMaximumBlockCount(logLines);
-    logView->setMinimumHeight(40);
-    logView->setTabChangesFocus(true);
+    logView = new LogView;
     layout->addWidget(logView, 1);
 
     manualFrameEdit = new QLineEdit;

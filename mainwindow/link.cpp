@@ -2,6 +2,7 @@
 // MainWindow, link: the port, the handshake, the device's replies, offline demo mode.
 // Owns usbLinked, handshakeAttempts, handshakeTimer.
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/messagelifetimes.h"
 #include "serial/serialcontroller.h"
 #include "widgets/playerpanel.h"
 
@@ -14,9 +15,6 @@
 namespace qx {
 
 namespace {
-
-constexpr int connectionMessageMs = 5000;
-constexpr int handshakeMessageMs = 4000;
 
 const QString &demoLabel()
 {
@@ -105,7 +103,7 @@ void MainWindow::processReceivedLine(const QByteArray &line)
         break;
     case ReplyKind::Ok:
         setUsbLinked(true, Language::text(UiText::HandshakeComplete));
-        showStatus(Language::text(UiText::HandshakeSucceeded), handshakeMessageMs);
+        showStatus(Language::text(UiText::HandshakeSucceeded), lifetimes::handshake);
         releasePendingFrame();
         followWithStop();
         break;
@@ -175,7 +173,7 @@ void MainWindow::setConnectedUi(bool connected, const QString &message)
     connectButton->setText(
         Language::text(connected ? UiText::DisconnectButton : UiText::ConnectHandshakeButton));
     appendLog(QStringLiteral("SYS"), message);
-    showStatus(message, connectionMessageMs);
+    showStatus(message, lifetimes::connection);
 }
 
 void MainWindow::setDemoMode(bool enabled)

@@ -23,6 +23,9 @@ MainWindow::MainWindow(QWidget *parent)
     setUpWindow();
     createLanguageMenu();
     createWidgets();
+    overrideStyle();
+    throttlePainting();
+    connectEditors();
     setupMediaPlayback();
     loadConfiguredRgbw();
     setUpTimers();

@@ -7,8 +7,9 @@
 #include <QByteArray>
 #include <QList>
 #include <QMainWindow>
-#include <QMediaPlayer>
 #include <QString>
+
+#include <chrono>
 
 QT_BEGIN_NAMESPACE
 class QAction;
@@ -21,8 +22,8 @@ class QFrame;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
+class QMediaPlayer;
 class QMenu;
-class QPlainTextEdit;
 class QPushButton;
 class QSpinBox;
 class QTimer;
@@ -33,9 +34,10 @@ QT_END_NAMESPACE
 
 namespace qx {
 
+class LogView;
+class MediaTransport;
 class PlayerPanel;
 class SerialController;
-class LogLayout;
 class SteadyLayout;
 
 /// Four colour levels; whoever writes them clamps them to 0..255.
@@ -135,7 +137,8 @@ public:
     void playbackTick(); ///< one interval has passed
 
 private:
-    bool mayPlay();
+    bool canPlay() const;
+    void refusePlayback();
     void startPlaybackTimer();
     void followWithStop();
     void chooseFile(int index);
@@ -165,9 +168,8 @@ private:
     void setTotal(int total);
     void noteTypedTotal();
     void finishTotal();
-    int lastFrame() const; ///< of the sequence that is playing
-    bool showsZeroFrame() const;
-    static ControlFrame darkFrame(ControlFrame frame);
+    int lastFrame() const;                      ///< of the sequence that is playing
+    ControlFrame outgoingFrame(bool *ok) const; ///< of the editors; dark while stopped
 
     bool editorsSyncing = false; ///< setRgbwEditors() is writing
     bool totalIsTyped = false;   ///< the change that comes next is a key of the operator
@@ -233,10 +235,7 @@ private:
     QLineEdit *reservedEdit = nullptr;
     QLineEdit *completeFrameEdit = nullptr;
     QList<QLabel *> statusValueLabels; ///< seven rows
-    QPlainTextEdit *logView = nullptr;
-    LogLayout *logLayout = nullptr;
-    qint64 stampedSecond = -1; ///< since the epoch
-    QString stampOfSecond;
+    LogView *logView = nullptr;
     QLineEdit *manualFrameEdit = nullptr;
     QPushButton *sendHexButton = nullptr;
 
@@ -245,10 +244,9 @@ public:
     void applyApplicationStyle(QWidget *widget);
 
 private:
-    void mendStyle();
-    void makeFrameDisplaysOpaque();
+    void overrideStyle(); ///< where the required sheets leave something ugly
 
-    // ---- views.cpp: status rows, traffic, log, pace of the screen ----------------------------
+    // ---- views.cpp: status rows, traffic, log, status bar -------------------------------------
 public:
     /// Adds "[12:34:56.789] SYS   message" to the log. The channel is cut to five characters;
     /// `detail` is not shown.
@@ -261,18 +259,10 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    void showStatus(const QString &message, int lifetimeMs);
-    void lightenFrameTexts();
-    void holdScreenPace();
-    void catchUpLog();   ///< lays out the new lines and scrolls to the newest
-    void prepareLog();   ///< before a painting
-    void keepLogAtEnd(); ///< also when its view becomes lower
-    QString timeStamp(); ///< "HH:mm:ss.zzz", local time
+    void showStatus(const QString &message, std::chrono::milliseconds lifetime);
+    void throttlePainting();
 
     SteadyLayout *statusLayout = nullptr; ///< of the status group
-    int newLogLines = 0;                  ///< since the last painting
-    bool logRushes = false;               ///< too many then to lay out each at once
-    bool logAtEnd = true;                 ///< the operator does not look back
 
     // ---- retranslation.cpp: language menu, every text ----------------------------------------
 public:
@@ -305,25 +295,21 @@ public:
     void updateMediaNavigation();
 
 private:
-    void connectMediaPlayer();
-    void setMediaSource();
     void showVideoPreview();
     void updateVideoTitle();
     QString mediaFileName() const;
-    void applyMediaTarget();
     void handleDuration(qint64 durationMs);
-    void handleMediaStatus(QMediaPlayer::MediaStatus status);
     void handleHasVideo(bool hasVideo);
     void handleMediaError(const QString &reason);
 
     QMediaPlayer *mediaPlayer = nullptr;
+    MediaTransport *mediaTransport = nullptr; ///< works mediaPlayer
     QAudioOutput *mediaAudioOutput = nullptr;
     QVideoWidget *mediaVideoWidget = nullptr; ///< a window of its own
     QString selectedMediaPath;                ///< absolute; empty: none
     bool mediaIsVideo = false;
     bool mediaErrorReported = false; ///< for the loaded file
     bool mediaReadyLogged = false;   ///< for the loaded file
-    bool mediaTargetApplied = false; ///< for the loaded file
 
     // ---- mediasync.cpp: media beside the frames ----------------------------------------------
 public:
@@ -336,19 +322,10 @@ public:
 
 private:
     void repeatMedia();
-    void watchMediaPictures();
-    void requestMedia(bool &due);
-    void settleMedia();
-    void stopMedia();
 
     qint64 mediaTargetPositionMs = 0;   ///< where playback last asked the media to be
     bool mediaSeekWarningShown = false; ///< once per run
     bool mediaRepeatInProgress = false;
-    bool mediaFailed = false;            ///< since it was last started
-    QTimer *mediaPictureTimer = nullptr; ///< single-shot; active: a picture is on its way
-    bool mediaStopDue = false;           ///< asked for, waits for the picture
-    bool mediaSourceDue = false;         ///< likewise
-    bool mediaSeekDue = false;           ///< likewise
 };
 
 } // namespace qx

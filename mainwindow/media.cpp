@@ -2,19 +2,18 @@
 // MainWindow, media: choosing and loading an audio or video file, its preview, its errors.
 // Owns the media objects, selectedMediaPath and the flags of the loaded file.
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/messagelifetimes.h"
+#include "media/mediatransport.h"
 
-#include <QAudioDevice>
 #include <QAudioOutput>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMediaDevices>
 #include <QMediaPlayer>
 #include <QMessageBox>
 #include <QMimeDatabase>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QToolButton>
-#include <QUrl>
 #include <QVideoWidget>
 
 #include <algorithm>
@@ -22,9 +21,6 @@
 namespace qx {
 
 namespace {
-
-constexpr int noticeMs = 5000;
-constexpr int errorMs = 8000;
 
 QString lastDirectoryKey()
 {
@@ -80,22 +76,12 @@ void MainWindow::setupMediaPlayback()
     mediaPlayer->setAudioOutput(mediaAudioOutput);
     mediaPlayer->setVideoOutput(mediaVideoWidget);
     mediaPlayer->setLoops(QMediaPlayer::Once);
-    connectMediaPlayer();
-    watchMediaPictures();
+    mediaTransport = new MediaTransport(mediaPlayer, mediaVideoWidget->videoSink(), this);
+    connect(mediaTransport, &MediaTransport::videoChanged, this, &MainWindow::handleHasVideo);
+    connect(mediaTransport, &MediaTransport::ready, this, &MainWindow::handleDuration);
+    connect(mediaTransport, &MediaTransport::failed, this, &MainWindow::handleMediaError);
+    connect(mediaTransport, &MediaTransport::ended, this, &MainWindow::repeatMedia);
     updateMediaNavigation();
-}
-
-void MainWindow::connectMediaPlayer()
-{
-    connect(mediaPlayer, &QMediaPlayer::hasVideoChanged, this, &MainWindow::handleHasVideo);
-    connect(mediaPlayer, &QMediaPlayer::durationChanged, this, &MainWindow::handleDuration);
-    connect(mediaPlayer, &QMediaPlayer::seekableChanged, this, &MainWindow::applyMediaTarget);
-    connect(mediaPlayer, &QMediaPlayer::errorOccurred, this,
-            [this](QMediaPlayer::Error error, const QString &reason) {
-                if (error != QMediaPlayer::NoError && !mediaSourceDue)
-                    handleMediaError(reason);
-            });
-    connect(mediaPlayer, &QMediaPlayer::mediaStatusChanged, this, &MainWindow::handleMediaStatus);
 }
 
 void MainWindow::updateMediaNavigation()
@@ -141,7 +127,7 @@ bool MainWindow::loadMediaFile(const QString &path)
     mediaReadyLogged = false;
     selectedMediaPath = file.absoluteFilePath();
     updateVideoTitle();
-    requestMedia(mediaSourceDue);
+    mediaTransport->load(selectedMediaPath);
     if (mediaIsVideo)
         showVideoPreview();
     else
@@ -152,18 +138,8 @@ bool MainWindow::loadMediaFile(const QString &path)
     updateMediaNavigation();
     const QString notice = Language::text(UiText::MediaSelected).arg(mediaFileName());
     appendLog(QStringLiteral("MEDIA"), notice);
-    showStatus(notice, noticeMs);
+    showStatus(notice, lifetimes::notice);
     return true;
-}
-
-// Emptied first: the player ignores a source that it already has, and the operator who chooses
-// the same file again wants it loaded again.
-void MainWindow::setMediaSource()
-{
-    mediaAudioOutput->setDevice(QMediaDevices::defaultAudioOutput()); // may have been plugged in
-    mediaPlayer->setSource(QUrl());
-    mediaTargetApplied = false;
-    mediaPlayer->setSource(QUrl::fromLocalFile(selectedMediaPath));
 }
 
 void MainWindow::showVideoPreview()
@@ -200,12 +176,8 @@ void MainWindow::handleHasVideo(bool hasVideo)
         showVideoPreview();
 }
 
-// What the player says of the file that is about to leave is not said of the next one.
 void MainWindow::handleDuration(qint64 durationMs)
 {
-    if (durationMs < 1 || mediaSourceDue)
-        return;
-    applyMediaTarget();
     if (mediaReadyLogged)
         return;
     mediaReadyLogged = true;
@@ -213,38 +185,12 @@ void MainWindow::handleDuration(qint64 durationMs)
               Language::text(UiText::MediaReady).arg(mediaFileName(), QString::number(durationMs)));
 }
 
-// Once per loaded file: the duration of some files changes again and again while they play, and
-// media turns seekable only after its duration is known. Some are played by then: nobody wants to
-// hear their beginning twice.
-void MainWindow::applyMediaTarget()
-{
-    if (mediaTargetApplied || !mediaPlayer->isSeekable() || mediaPlayer->duration() < 1)
-        return;
-    mediaTargetApplied = true;
-    const qint64 target = std::min(mediaPlayer->duration(), mediaTargetPositionMs);
-    if (target < 1 && mediaPlayer->playbackState() == QMediaPlayer::PlayingState)
-        return;
-    if (mediaPlayer->playbackState() == QMediaPlayer::PausedState)
-        mediaPlayer->setPosition(target + 1); // or what was paused at its beginning would end there
-    mediaPlayer->setPosition(target);
-}
-
-void MainWindow::handleMediaStatus(QMediaPlayer::MediaStatus status)
-{
-    if (mediaSourceDue)
-        return;
-    if (status == QMediaPlayer::InvalidMedia) {
-        mediaIsVideo = false;
-        mediaVideoWidget->hide();
-        handleMediaError(mediaPlayer->errorString());
-    } else if (status == QMediaPlayer::EndOfMedia) {
-        repeatMedia();
-    }
-}
-
 void MainWindow::handleMediaError(const QString &reason)
 {
-    mediaFailed = true;
+    if (mediaPlayer->mediaStatus() == QMediaPlayer::InvalidMedia) {
+        mediaIsVideo = false;
+        mediaVideoWidget->hide();
+    }
     const QString trimmed = reason.trimmed();
     reportMediaError(Language::text(UiText::MediaPlaybackFailed)
                          .arg(trimmed.isEmpty() ? mediaFileName() : trimmed));
@@ -259,7 +205,7 @@ void MainWindow::reportMediaError(const QString &message)
     if (text.isEmpty())
         text = Language::text(UiText::MediaPlaybackFailed).arg(mediaFileName());
     appendLog(QStringLiteral("ERR"), text);
-    showStatus(text, errorMs);
+    showStatus(text, lifetimes::mediaError);
 
     // Not modal: Stop must stay within reach while the box is up.
     auto *box = new QMessageBox(QMessageBox::Warning, Language::text(UiText::MediaErrorTitle), text,

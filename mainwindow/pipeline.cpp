@@ -3,6 +3,7 @@
 // Owns inFlightFrame, pendingFrame, ackRetries, ackTimer and the counters.
 // Enter by transmitFrame(); every outcome leaves by finishPendingFrame().
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/messagelifetimes.h"
 #include "serial/serialcontroller.h"
 
 #include <QTimer>
@@ -16,7 +17,6 @@ namespace {
 
 constexpr std::chrono::milliseconds ackTimeout{800};
 constexpr int retransmissionLimit = 2;
-constexpr int outcomeMessageMs = 4500;
 constexpr quint64 ackLineSize = 12; // "QXUSB RX OK" and its line feed
 
 } // namespace
@@ -84,7 +84,7 @@ void MainWindow::finishPendingFrame(bool success, const QString &message)
     updateTrafficLabel();
     showStatus(Language::text(UiText::ResultWithCounts)
                    .arg(message, QString::number(framesSucceeded), QString::number(framesFailed)),
-               outcomeMessageMs);
+               lifetimes::frameOutcome);
     if (!pendingFrame.isEmpty() && (usbLinked || isDemo()))
         offerAgain(std::exchange(pendingFrame, {}));
 }
@@ -124,12 +124,12 @@ void MainWindow::handleAckTimeout()
 void MainWindow::sendCurrentFrame()
 {
     bool ok = false;
-    const ControlFrame frame = frameFromEditors(&ok);
+    const ControlFrame frame = outgoingFrame(&ok);
     if (!ok) {
         appendLog(QStringLiteral("ERR"), Language::text(UiText::FrameNotSentReserved));
         return;
     }
-    transmitFrame(Protocol::encodeControlFrame(showsZeroFrame() ? darkFrame(frame) : frame));
+    transmitFrame(Protocol::encodeControlFrame(frame));
 }
 
 void MainWindow::countReceived(const QByteArray &data)

@@ -12,12 +12,14 @@
 
 namespace qx {
 
-bool MainWindow::mayPlay()
+bool MainWindow::canPlay() const
 {
-    if (isUsbTransmissionReady() || hasSelectedMedia())
-        return true;
+    return isUsbTransmissionReady() || hasSelectedMedia();
+}
+
+void MainWindow::refusePlayback()
+{
     appendLog(QStringLiteral("ERR"), Language::text(UiText::CompleteHandshakeFirst));
-    return false;
 }
 
 void MainWindow::startPlaybackTimer()
@@ -27,8 +29,8 @@ void MainWindow::startPlaybackTimer()
 
 void MainWindow::startPlayback()
 {
-    if (!mayPlay())
-        return;
+    if (!canPlay())
+        return refusePlayback();
     finishTotal();
     restoreConfiguredRgbwForPlayback();
     playerPanel->setPlaybackState(PlaybackState::Playing);
@@ -44,8 +46,8 @@ void MainWindow::startPlayback()
 
 void MainWindow::pausePlayback()
 {
-    if (!mayPlay())
-        return;
+    if (!canPlay())
+        return refusePlayback();
     const bool ready = isUsbTransmissionReady();
     playerPanel->setPlaybackState(PlaybackState::Paused);
     playbackTimer->setInterval(playerPanel->intervalMs());
@@ -92,7 +94,8 @@ void MainWindow::stopPlayback(bool resendStopFrame)
 // meanwhile.
 void MainWindow::followWithStop()
 {
-    if (!std::exchange(stopFollows, false) || !showsZeroFrame())
+    if (!std::exchange(stopFollows, false) ||
+        playerPanel->playbackState() != PlaybackState::Stopped)
         return;
     startPlaybackTimer();
     appendLog(QStringLiteral("SYS"), Language::text(UiText::StoppedResendingZero));
@@ -101,7 +104,7 @@ void MainWindow::followWithStop()
 void MainWindow::playbackTick()
 {
     const PlaybackState state = playerPanel->playbackState();
-    if (state == PlaybackState{})
+    if (state == noPlaybackState)
         return;
     if (!isDemo() && !inFlightFrame.isEmpty())
         return;

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, retranslation: the language menu and every text of the window.
 #include "mainwindow/mainwindow.h"
-#include "mainwindow/steadylayout.h"
+#include "mainwindow/messagelifetimes.h"
+#include "mainwindow/version.h"
 #include "serial/serialcontroller.h"
+#include "widgets/logview.h"
 #include "widgets/playerpanel.h"
+#include "widgets/steadylayout.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -17,7 +20,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSettings>
 #include <QStatusBar>
@@ -31,11 +33,6 @@ namespace {
 QString languageKey()
 {
     return QStringLiteral("ui/language");
-}
-
-QString version()
-{
-    return QStringLiteral(TESSALY_VERSION);
 }
 
 template<typename Widget>
@@ -130,7 +127,7 @@ void MainWindow::retranslateUi()
     updateLocalStatus();
     updateTrafficLabel();
     statusLayout->relayout();
-    showStatus(Language::text(UiText::SelectPortStatus).arg(version()), 0);
+    showStatus(Language::text(UiText::SelectPortStatus).arg(version()), lifetimes::untilReplaced);
 }
 
 void MainWindow::retranslateNavigation()

@@ -1,21 +1,12 @@
 // SPDX-License-Identifier: MIT
-// MainWindow, style sheet: the dark look, and what is mended beside it.
+// MainWindow, style sheet: the dark look, and what overrides it in places.
 #include "mainwindow/mainwindow.h"
-#include "widgets/playerpanel.h"
+#include "widgets/colours.h"
 
-#include <QApplication>
-#include <QCheckBox>
 #include <QFrame>
 #include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
 #include <QMenuBar>
 #include <QPalette>
-#include <QPlainTextEdit>
-#include <QScrollBar>
-#include <QSlider>
-#include <QSpinBox>
 #include <QStatusBar>
 
 namespace qx {
@@ -102,34 +93,21 @@ const char menuSheet[] = "QMenuBar::item:selected, QMenuBar::item:pressed { back
 
 const char statusBarSheet[] = "QSizeGrip { background: transparent; }";
 
-// Polishing makes widgets see-through, and what changes with every frame would have its parents
-// painted again as well, borders and all.
-void makeOpaque(QWidget *widget, const QColor &surface)
-{
-    widget->ensurePolished();
-    QPalette palette = widget->palette();
-    palette.setColor(widget->backgroundRole(), surface);
-    widget->setPalette(palette);
-    widget->setAutoFillBackground(true);
-}
-
 QPalette darkPalette()
 {
-    const QColor text(0xf1f3f5);
-    const QColor faint(0x747a7e);
-    QPalette palette(QColor(0x2a2e32), QColor(0x121416));
-    palette.setColor(QPalette::WindowText, text);
-    palette.setColor(QPalette::Text, text);
-    palette.setColor(QPalette::ButtonText, text);
-    palette.setColor(QPalette::Base, QColor(0x101214));
-    palette.setColor(QPalette::AlternateBase, QColor(0x191c1f));
-    palette.setColor(QPalette::PlaceholderText, QColor(0xa8adb0));
-    palette.setColor(QPalette::Highlight, QColor(0x1479e8));
-    palette.setColor(QPalette::HighlightedText, text);
-    palette.setColor(QPalette::ToolTipBase, QColor(0x202428));
-    palette.setColor(QPalette::ToolTipText, text);
+    QPalette palette(colours::button, colours::page);
+    palette.setColor(QPalette::WindowText, colours::text);
+    palette.setColor(QPalette::Text, colours::text);
+    palette.setColor(QPalette::ButtonText, colours::text);
+    palette.setColor(QPalette::Base, colours::field);
+    palette.setColor(QPalette::AlternateBase, colours::surface);
+    palette.setColor(QPalette::PlaceholderText, colours::dimText);
+    palette.setColor(QPalette::Highlight, colours::accent);
+    palette.setColor(QPalette::HighlightedText, colours::text);
+    palette.setColor(QPalette::ToolTipBase, colours::raised);
+    palette.setColor(QPalette::ToolTipText, colours::text);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, faint);
+        palette.setColor(QPalette::Disabled, role, colours::faintText);
     return palette;
 }
 
@@ -140,7 +118,7 @@ void MainWindow::applyApplicationStyle(QWidget *widget)
     widget->setStyleSheet(QLatin1String(applicationSheet));
 }
 
-void MainWindow::mendStyle()
+void MainWindow::overrideStyle()
 {
     setPalette(darkPalette());
     menuBar()->setStyleSheet(QLatin1String(menuSheet));
@@ -150,26 +128,6 @@ void MainWindow::mendStyle()
     for (const QString &name : {QStringLiteral("connectionGroup"), QStringLiteral("frameGroup"),
                                 QStringLiteral("deviceStatusGroup"), QStringLiteral("logGroup")})
         findChild<QGroupBox *>(name)->setStyleSheet(QLatin1String(groupSheet));
-
-    makeFrameDisplaysOpaque();
-}
-
-void MainWindow::makeFrameDisplaysOpaque()
-{
-    const QColor surface(0x191c1f); // of the groups and the panel
-    const QColor field(0x101214);
-    QWidgetList onSurface{frameSpin, completeFrameEdit};
-    onSurface += playerPanel->frameDisplays();
-    for (QLabel *value : statusValueLabels)
-        onSurface.append(value);
-    for (QWidget *widget : onSurface)
-        makeOpaque(widget, surface);
-    logView->ensurePolished();
-    for (QWidget *widget :
-         {static_cast<QWidget *>(frameSpin->findChild<QLineEdit *>()), logView->viewport(),
-          static_cast<QWidget *>(logView->verticalScrollBar())})
-        makeOpaque(widget, field);
-    makeOpaque(statusBar(), QColor(0x0d0f10));
 }
 
 } // namespace qx

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, wiring: the timers and every connection between the parts of a session.
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/messagelifetimes.h"
 #include "serial/serialcontroller.h"
 #include "widgets/playerpanel.h"
 
@@ -17,7 +18,6 @@ namespace qx {
 namespace {
 
 constexpr std::chrono::milliseconds handshakeInterval{1000};
-constexpr int controllerMessageMs = 5000;
 
 } // namespace
 
@@ -57,7 +57,7 @@ void MainWindow::connectController()
     connect(serialController, &SerialController::errorOccurred, this,
             [this](const QString &message) {
                 appendLog(QStringLiteral("ERR"), message);
-                showStatus(message, controllerMessageMs);
+                showStatus(message, lifetimes::connection);
             });
 }
 

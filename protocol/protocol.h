@@ -45,6 +45,7 @@ enum class PlaybackState : int {
     Playing = 2,
     Paused = 3,
 };
+inline constexpr PlaybackState noPlaybackState = static_cast<PlaybackState>(0);
 
 /// The device's language: the 20-byte control frame, the handshake line, the reply lines, and
 /// how the interface writes them. Pure functions; the wire format is in docs/protocol.md.

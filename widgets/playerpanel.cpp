@@ -2,6 +2,8 @@
 #include "widgets/playerpanel.h"
 
 #include "i18n/language.h"
+#include "widgets/colours.h"
+#include "widgets/framedisplay.h"
 #include "widgets/toggleswitch.h"
 #include "widgets/transportbutton.h"
 
@@ -154,11 +156,13 @@ void PlayerPanel::createSliders()
 {
     positionLabel = makeLabel(QString(), QRect(224, 331, 160, 30), 10, true);
     positionLabel->setAlignment(Qt::AlignCenter);
+    prepareFrameDisplay(positionLabel, colours::surface);
     seekSlider = new QSlider(Qt::Horizontal, this);
     seekSlider->setObjectName(QStringLiteral("frameSeekSlider"));
     seekSlider->setGeometry(38, 356, 480, 42);
     seekSlider->setRange(0, 0);
     seekSlider->setStyleSheet(QLatin1String(sliderSheet));
+    prepareFrameDisplay(seekSlider, colours::surface);
     timeCaption = makeLabel(QString(), QRect(24, 419, 62, 34), 10, true);
     timeCaption->setAlignment(Qt::AlignCenter);
     intervalSlider = new QSlider(Qt::Horizontal, this);
@@ -291,11 +295,6 @@ void PlayerPanel::setIntervalMs(int ms)
     const QSignalBlocker blocker(intervalSlider);
     intervalSlider->setValue(qBound(shortestInterval, ms, longestInterval));
     updateStatistics();
-}
-
-QWidgetList PlayerPanel::frameDisplays() const
-{
-    return {positionLabel, seekSlider};
 }
 
 void PlayerPanel::retranslateUi()

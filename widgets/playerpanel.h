@@ -53,8 +53,6 @@ public:
     /// Sets every text in the current language.
     void retranslateUi();
 
-    QWidgetList frameDisplays() const; ///< what changes with every frame
-
 signals:
     void playRequested();
     void pauseRequested();

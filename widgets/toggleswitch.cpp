@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/toggleswitch.h"
 
+#include "widgets/colours.h"
+
 #include <QPainter>
 
 namespace qx {
@@ -28,19 +30,19 @@ void ToggleSwitch::paintEvent(QPaintEvent *)
 
     const QRectF track = QRectF(rect()).adjusted(1, 1, -1, -1);
     const qreal radius = track.height() / 2;
-    const QColor trackColor(isChecked() ? 0x1479e8 : 0x4b5055);
+    const QColor trackColor = isChecked() ? colours::accent : colours::switchedOff;
     setPen(trackColor.darker(130), 1.5, Qt::SolidLine);
     painter.setBrush(trackColor);
     painter.drawRoundedRect(track, radius, radius);
 
     const qreal diameter = track.height() - 8;
     const qreal left = isChecked() ? track.right() - 4 - diameter : track.left() + 4;
-    setPen(QColor(0x3b4045), 1.0, Qt::SolidLine);
-    painter.setBrush(QColor(0xf1f3f5));
+    setPen(colours::border, 1.0, Qt::SolidLine);
+    painter.setBrush(colours::text);
     painter.drawEllipse(QRectF(left, track.top() + 4, diameter, diameter));
 
     if (hasFocus()) {
-        setPen(QColor(0x2994ff), 1.5, Qt::DashLine);
+        setPen(colours::brightAccent, 1.5, Qt::DashLine);
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(track.adjusted(2, 2, -2, -2), radius, radius);
     }

@@ -2,6 +2,7 @@
 #include "widgets/transportbutton.h"
 
 #include "i18n/language.h"
+#include "widgets/colours.h"
 
 #include <QLinearGradient>
 #include <QPainter>
@@ -22,13 +23,13 @@ Colors colorsOf(TransportButton::Kind kind)
 {
     switch (kind) {
     case TransportButton::Kind::Play:
-        return {QColor(0x2994ff), QColor(0x1479e8), QColor(0x2994ff), QColor(0xf1f3f5)};
+        return {colours::brightAccent, colours::accent, colours::brightAccent, colours::text};
     case TransportButton::Kind::Pause:
-        return {QColor(0xc4c7c8), QColor(0x93999d), QColor(0xa8adb0), QColor(0x1a1c1e)};
+        return {colours::light, colours::lightShade, colours::dimText, colours::onLight};
     case TransportButton::Kind::Stop:
-        return {QColor(0x2a2e32), QColor(0x191c1f), QColor(0x3b4045), QColor(0xf1f3f5)};
+        return {colours::button, colours::surface, colours::border, colours::text};
     default:
-        return {QColor(0x34393e), QColor(0x202428), QColor(0x3b4045), QColor(0xf1f3f5)};
+        return {colours::buttonTop, colours::raised, colours::border, colours::text};
     }
 }
 
@@ -77,7 +78,7 @@ void drawHome(QPainter &painter, const QRectF &rect)
                                   {c.x(), c.y() - 0.34 * h},
                                   {c.x() + 0.34 * w, c.y() - 0.02 * h}});
     painter.drawRoundedRect(QRectF(c.x() - 0.26 * w, c.y() - 0.02 * h, 0.52 * w, 0.38 * h), 4, 4);
-    painter.setBrush(QColor(0x191c1f));
+    painter.setBrush(colours::surface);
     painter.drawRect(QRectF(c.x() - 0.06 * w, c.y() + 0.14 * h, 0.12 * w, 0.22 * h));
 }
 
@@ -189,7 +190,7 @@ void TransportButton::paintEvent(QPaintEvent *)
     drawSymbol(painter, body.adjusted(10, 10, -10, -10), colors.symbol);
 
     if (hasFocus()) {
-        painter.setPen(penOf(QColor(0x2994ff), 2.0, Qt::DashLine));
+        painter.setPen(penOf(colours::brightAccent, 2.0, Qt::DashLine));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(body.adjusted(5, 5, -5, -5), radius - 3, radius - 3);
     }

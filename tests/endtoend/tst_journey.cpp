@@ -5,9 +5,9 @@
 //
 // TESSALY_TOUR_DIRECTORY puts the pictures elsewhere, with a list of their captions;
 // TESSALY_TOUR_PAUSE_MS lets a spectator follow.
-#include "mainwindow/screenpace.h"
 #include "tests/endtoend/playerprocess.h"
 #include "tests/support/stage.h"
+#include "widgets/paintthrottle.h"
 
 #include <QAction>
 #include <QDir>
@@ -314,7 +314,7 @@ void TestJourney::picture(const char *name, const char *english, const char *chi
     const QString fileName = QStringLiteral("%1-%2.png")
                                  .arg(++pictures, 2, 10, QLatin1Char('0'))
                                  .arg(QLatin1String(name));
-    QSignalSpy painted(window->findChild<ScreenPace *>(), &ScreenPace::due);
+    QSignalSpy painted(window->findChild<PaintThrottle *>(), &PaintThrottle::aboutToPaint);
     window->update();
     QVERIFY(painted.wait()); // what came since is laid out before a painting, not before a grab
     QVERIFY(window->grab().save(folder.filePath(fileName)));

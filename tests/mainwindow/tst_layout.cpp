@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The window with its images; tst_missingimages is the same without them.
-#include "mainwindow/greyicon.h"
 #include "tests/support/eventcounter.h"
 #include "tests/support/stage.h"
+#include "widgets/greyicon.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "mainwindow/loglayout.h"
+#include "widgets/loglayout.h"
 
 #include <QScopedValueRollback>
 #include <QTextBlock>

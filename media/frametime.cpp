@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "mainwindow/frametime.h"
+#include "media/frametime.h"
 
 namespace qx {
 

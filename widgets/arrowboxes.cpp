@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "mainwindow/arrowboxes.h"
+#include "widgets/arrowboxes.h"
+
+#include "widgets/colours.h"
 
 #include <QStyleOptionComboBox>
 #include <QStyleOptionSpinBox>
@@ -18,7 +20,7 @@ void drawArrow(QPainter &painter, const QRectF &button, qreal height, bool enabl
     const QPointF c = button.center();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(enabled ? QColor(0xa8adb0) : QColor(0x3b4045));
+    painter.setBrush(enabled ? colours::dimText : colours::border);
     painter.drawPolygon(QPolygonF{{c.x() - arrowWidth / 2, c.y() + height / 2},
                                   {c.x() + arrowWidth / 2, c.y() + height / 2},
                                   {c.x(), c.y() - height / 2}});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "mainwindow/steadylayout.h"
+#include "widgets/steadylayout.h"
 
 #include <QEvent>
 #include <QLayout>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "mainwindow/greyicon.h"
+#include "widgets/greyicon.h"
 
 #include <QPixmap>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "mainwindow/groupcolumn.h"
+#include "widgets/groupcolumn.h"
 
 #include <QCoreApplication>
 #include <QEvent>

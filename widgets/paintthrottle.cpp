@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "mainwindow/screenpace.h"
+#include "widgets/paintthrottle.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -17,32 +17,32 @@ constexpr std::chrono::milliseconds gathering{4};     // a frame, then its reply
 
 } // namespace
 
-ScreenPace::ScreenPace(QWidget *window)
+PaintThrottle::PaintThrottle(QWidget *window)
     : QObject(window)
     , window(window)
 {
     period.setSingleShot(true);
     period.setTimerType(Qt::PreciseTimer);
-    connect(&period, &QTimer::timeout, this, &ScreenPace::release);
+    connect(&period, &QTimer::timeout, this, &PaintThrottle::release);
     window->installEventFilter(this);
 }
 
-bool ScreenPace::eventFilter(QObject *, QEvent *event)
+bool PaintThrottle::eventFilter(QObject *, QEvent *event)
 {
     if (event->type() != QEvent::UpdateRequest || releasing)
         return false;
-    held = true;
+    deferred = true;
     if (!period.isActive())
         period.start(gathering);
     return true;
 }
 
-void ScreenPace::release()
+void PaintThrottle::release()
 {
-    if (!std::exchange(held, false))
+    if (!std::exchange(deferred, false))
         return;
     period.start(periodLength);
-    emit due();
+    emit aboutToPaint();
     releasing = true;
     QEvent request(QEvent::UpdateRequest);
     QCoreApplication::sendEvent(window, &request);
