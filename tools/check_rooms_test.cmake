@@ -6,7 +6,7 @@
 cmake_minimum_required(VERSION 3.22)
 
 set(check ${CMAKE_CURRENT_LIST_DIR}/check_rooms.cmake)
-set(rooms i18n protocol serial widgets mainwindow app simulator)
+set(rooms i18n process protocol serial widgets mainwindow app simulator)
 
 # Runs the check with one argument; it has to say `complaint` and fail, or pass if that is "".
 function(expect argument complaint)
