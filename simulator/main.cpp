@@ -51,27 +51,23 @@ int run(const qx::CommandLine &line)
     connectConsole(&simulator, &console, line.quiet);
 
     qx::EndSignals endSignals;
-    if (!endSignals.errorString().isEmpty()) {
+    if (!endSignals.errorString().isEmpty())
         return fail(endSignals.errorString(), 1);
-    }
     QObject::connect(&endSignals, &qx::EndSignals::endRequested, qApp, &QCoreApplication::quit);
-    if (line.durationSeconds > 0) {
-        const std::chrono::duration<double> duration(line.durationSeconds);
-        QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(duration), Qt::PreciseTimer,
-                           qApp, &QCoreApplication::quit);
+    if (line.duration > line.duration.zero()) {
+        QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(line.duration),
+                           Qt::PreciseTimer, qApp, &QCoreApplication::quit);
     }
 
     simulator.setKeepRecords(0);
     simulator.setBehaviour(line.behaviour);
-    if (!simulator.plugIn(line.linkPath)) {
+    if (!simulator.plugIn(line.linkPath))
         return fail(simulator.errorString(), 1);
-    }
     QCoreApplication::exec();
 
     console.line(report.summary());
-    if (line.json) {
+    if (line.json)
         std::fputs(QJsonDocument(report.toJson()).toJson().constData(), stdout);
-    }
     return 0;
 }
 
