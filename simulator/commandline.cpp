@@ -3,15 +3,18 @@
 
 #include <QCommandLineParser>
 
+#include <functional>
 #include <limits>
 
 namespace qx {
 
+using namespace std::chrono_literals;
+
 namespace {
 
-constexpr qint64 ManyFrames = 1'000'000'000;
-constexpr qint64 OneHourMs = 3'600'000;
-constexpr double LongestSeconds = 1'000'000;
+constexpr qint64 manyFrames = 1'000'000'000;
+constexpr std::chrono::milliseconds longestWait = 1h;
+constexpr double longestSeconds = 1'000'000;
 
 struct Flag
 {
@@ -20,7 +23,7 @@ struct Flag
     bool *target;
 };
 
-// A whole number; exactly one of the targets is set.
+// A whole number.
 struct Number
 {
     const char *name;
@@ -28,8 +31,7 @@ struct Number
     const char *description;
     qint64 minimum;
     qint64 maximum;
-    int *target;
-    quint32 *unsignedTarget = nullptr;
+    std::function<void(qint64)> take;
 };
 
 struct Real
@@ -39,8 +41,15 @@ struct Real
     const char *description;
     double minimum;
     double maximum;
-    double *target;
+    std::function<void(double)> take;
 };
+
+// Writes a number that is within its bounds, as the target's type.
+template<typename Target>
+auto into(Target *target)
+{
+    return [target](auto value) { *target = static_cast<Target>(value); };
+}
 
 QString latin1(const char *text)
 {
@@ -61,26 +70,26 @@ QList<Flag> flags(CommandLine *line)
 QList<Number> numbers(SimulatorBehaviour *b)
 {
     return {
-        {"hello-every", "N", "Answer each N-th HELLO only; 0 none.", 0, ManyFrames,
-         &b->answerHelloNumber},
-        {"delay", "MS", "Wait before each reply.", 0, OneHourMs, &b->replyDelayMs},
-        {"chunk", "BYTES", "Cut replies into pieces.", 0, 4096, &b->chunkBytes},
-        {"drop-every", "N", "Leave out the reply to each N-th frame.", 0, ManyFrames,
-         &b->dropEvery},
-        {"bad-checksum-every", "N", "Complain about each N-th frame's checksum.", 0, ManyFrames,
-         &b->badChecksumEvery},
-        {"ac39-fail-every", "N", "Report a forwarding failure for each N-th frame.", 0, ManyFrames,
-         &b->ac39FailEvery},
-        {"need-hello-every", "N", "Forget the session at each N-th frame.", 0, ManyFrames,
-         &b->needHelloEvery},
+        {"hello-every", "N", "Answer each N-th HELLO only; 0 none.", 0, manyFrames,
+         into(&b->answerHelloNumber)},
+        {"delay", "MS", "Wait before each reply.", 0, longestWait.count(), into(&b->replyDelay)},
+        {"chunk", "BYTES", "Cut replies into pieces.", 0, 4096, into(&b->chunkBytes)},
+        {"drop-every", "N", "Leave out the reply to each N-th frame.", 0, manyFrames,
+         into(&b->dropEvery)},
+        {"bad-checksum-every", "N", "Complain about each N-th frame's checksum.", 0, manyFrames,
+         into(&b->badChecksumEvery)},
+        {"ac39-fail-every", "N", "Report a forwarding failure for each N-th frame.", 0, manyFrames,
+         into(&b->ac39FailEvery)},
+        {"need-hello-every", "N", "Forget the session at each N-th frame.", 0, manyFrames,
+         into(&b->needHelloEvery)},
         {"seed", "N", "Start of the random sequence (default 1).", 0,
-         std::numeric_limits<quint32>::max(), nullptr, &b->seed},
+         std::numeric_limits<quint32>::max(), into(&b->seed)},
         {"flood", "LINES", "Send so many lines of text a second.", 0, 1'000'000,
-         &b->floodLinesPerSecond},
-        {"vanish-after", "N", "Unplug at the N-th accepted frame.", 1, ManyFrames,
-         &b->vanishAfterFrames},
-        {"return-after", "MS", "Plug in again so long after that.", 1, OneHourMs,
-         &b->returnAfterMs},
+         into(&b->floodLinesPerSecond)},
+        {"vanish-after", "N", "Unplug at the N-th accepted frame.", 1, manyFrames,
+         into(&b->vanishAfterFrames)},
+        {"return-after", "MS", "Plug in again so long after that.", 1, longestWait.count(),
+         into(&b->returnAfter)},
     };
 }
 
@@ -89,15 +98,15 @@ QList<Real> reals(CommandLine *line)
     SimulatorBehaviour *b = &line->behaviour;
     return {
         {"drop-probability", "P", "Leave out replies at random, 0 to 1.", 0, 1,
-         &b->dropProbability},
+         into(&b->dropProbability)},
         {"bad-checksum-probability", "P", "The same for checksum complaints.", 0, 1,
-         &b->badChecksumProbability},
+         into(&b->badChecksumProbability)},
         {"ac39-fail-probability", "P", "The same for forwarding failures.", 0, 1,
-         &b->ac39FailProbability},
+         into(&b->ac39FailProbability)},
         {"need-hello-probability", "P", "The same for lost sessions.", 0, 1,
-         &b->needHelloProbability},
-        {"duration", "SECONDS", "End by itself after this time.", 0.001, LongestSeconds,
-         &line->durationSeconds},
+         into(&b->needHelloProbability)},
+        {"duration", "SECONDS", "End by itself after this time.", 0.001, longestSeconds,
+         into(&line->duration)},
     };
 }
 
@@ -122,9 +131,8 @@ void addOptions(QCommandLineParser *parser, CommandLine *line)
     };
     addWithValue(numbers(&line->behaviour));
     addWithValue(reals(line));
-    for (const Flag &option : flags(line)) {
+    for (const Flag &option : flags(line))
         parser->addOption({latin1(option.name), latin1(option.description)});
-    }
 }
 
 // The three below return what is wrong, or an empty string.
@@ -133,9 +141,8 @@ QString readNumbers(const QCommandLineParser &parser, CommandLine *line)
 {
     for (const Number &option : numbers(&line->behaviour)) {
         const QString name = latin1(option.name);
-        if (!parser.isSet(name)) {
+        if (!parser.isSet(name))
             continue;
-        }
         bool isNumber = false;
         const qint64 value = parser.value(name).toLongLong(&isNumber);
         if (!isNumber || value < option.minimum || value > option.maximum) {
@@ -143,11 +150,7 @@ QString readNumbers(const QCommandLineParser &parser, CommandLine *line)
                 .arg(name, QString::number(option.minimum), QString::number(option.maximum),
                      parser.value(name));
         }
-        if (option.target) {
-            *option.target = static_cast<int>(value);
-        } else {
-            *option.unsignedTarget = static_cast<quint32>(value);
-        }
+        option.take(value);
     }
     return {};
 }
@@ -156,9 +159,8 @@ QString readReals(const QCommandLineParser &parser, CommandLine *line)
 {
     for (const Real &option : reals(line)) {
         const QString name = latin1(option.name);
-        if (!parser.isSet(name)) {
+        if (!parser.isSet(name))
             continue;
-        }
         bool isNumber = false;
         const double value = parser.value(name).toDouble(&isNumber);
         // Written so that "nan", which is a number to Qt, is refused too.
@@ -167,26 +169,22 @@ QString readReals(const QCommandLineParser &parser, CommandLine *line)
                 .arg(name, QString::number(option.minimum),
                      QString::number(option.maximum, 'g', 10), parser.value(name));
         }
-        *option.target = value;
+        option.take(value);
     }
     return {};
 }
 
 QString readRest(const QCommandLineParser &parser, CommandLine *line)
 {
-    for (const Flag &option : flags(line)) {
+    for (const Flag &option : flags(line))
         *option.target = parser.isSet(latin1(option.name));
-    }
-    if (parser.isSet(QStringLiteral("boot-text"))) {
+    if (parser.isSet(QStringLiteral("boot-text")))
         line->behaviour.bootText = parser.value(QStringLiteral("boot-text")).toUtf8() + '\n';
-    }
     line->linkPath = parser.value(QStringLiteral("link"));
-    if (parser.isSet(QStringLiteral("link")) && line->linkPath.isEmpty()) {
+    if (parser.isSet(QStringLiteral("link")) && line->linkPath.isEmpty())
         return QStringLiteral("--link takes a path.");
-    }
-    if (line->behaviour.returnAfterMs > 0 && line->behaviour.vanishAfterFrames == 0) {
+    if (line->behaviour.returnAfter > 0ms && line->behaviour.vanishAfterFrames == 0)
         return QStringLiteral("--return-after makes sense with --vanish-after only.");
-    }
     const QStringList others = parser.positionalArguments();
     if (!others.isEmpty()) {
         return QStringLiteral("'%1' is no option; there are no other arguments.")
@@ -214,11 +212,9 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         line.text = QStringLiteral("tessaly-simulator " TESSALY_VERSION);
         return line;
     }
-    for (const auto read : {readNumbers, readReals, readRest}) {
-        if (line.text.isEmpty()) {
+    for (const auto read : {readNumbers, readReals, readRest})
+        if (line.text.isEmpty())
             line.text = read(parser, &line);
-        }
-    }
     line.action = line.text.isEmpty() ? Action::Run : Action::Refuse;
     return line;
 }

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/playersimulator.h"
+#include "simulator/simulatorbehaviour.h"
 
 #include <QString>
 #include <QStringList>
+
+#include <chrono>
 
 namespace qx {
 
@@ -23,7 +25,7 @@ struct CommandLine
     QString linkPath; ///< empty without --link
     bool quiet = false;
     bool json = false;
-    double durationSeconds = 0; ///< 0 until it is stopped
+    std::chrono::duration<double> duration{0}; ///< 0 until it is stopped
 
     /// Reads all arguments, the program's name first.
     static CommandLine parse(const QStringList &arguments);

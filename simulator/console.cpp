@@ -51,15 +51,15 @@ QString outcome(const SimulatedFrame &frame)
 } // namespace
 
 Console::Console(std::FILE *stream)
-    : m_stream(stream)
-    , m_colours(showsColours(stream))
+    : stream(stream)
+    , colours(showsColours(stream))
 {}
 
 void Console::line(const QString &text)
 {
-    std::fputs(text.toLocal8Bit().constData(), m_stream);
-    std::fputc('\n', m_stream);
-    std::fflush(m_stream);
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fputc('\n', stream);
+    std::fflush(stream);
 }
 
 void Console::frame(const SimulatedFrame &frame, qint64 count)
@@ -70,8 +70,8 @@ void Console::frame(const SimulatedFrame &frame, qint64 count)
                   QString::number(frame.red).rightJustified(3),
                   QString::number(frame.green).rightJustified(3),
                   QString::number(frame.blue).rightJustified(3),
-                  QString::number(frame.white).rightJustified(3),
-                  m_colours ? bar(frame) : QString(), outcome(frame)));
+                  QString::number(frame.white).rightJustified(3), colours ? bar(frame) : QString(),
+                  outcome(frame)));
 }
 
 } // namespace qx

@@ -23,8 +23,8 @@ public:
     void frame(const SimulatedFrame &frame, qint64 count);
 
 private:
-    std::FILE *m_stream;
-    bool m_colours;
+    std::FILE *stream;
+    bool colours;
 };
 
 } // namespace qx

@@ -8,35 +8,34 @@ namespace qx {
 
 namespace {
 
-constexpr qint64 MostKept = 1'000'000;
+constexpr qint64 mostKept = 1'000'000;
 
-QJsonValue percentileMs(const std::vector<qint64> &sorted, double fraction)
+QJsonValue percentileMs(const std::vector<std::chrono::nanoseconds> &sorted, double fraction)
 {
-    if (sorted.empty()) {
+    if (sorted.empty())
         return QJsonValue::Null;
-    }
     const auto rank = static_cast<size_t>(std::ceil(fraction * static_cast<double>(sorted.size())));
-    return static_cast<double>(sorted[std::max<size_t>(rank, 1) - 1]) / 1e6;
+    const std::chrono::duration<double, std::milli> value = sorted[std::max<size_t>(rank, 1) - 1];
+    return value.count();
 }
 
 } // namespace
 
-void LatencySamples::add(qint64 ns)
+void LatencySamples::add(std::chrono::nanoseconds sample)
 {
-    if (m_count < MostKept) {
-        m_latest.push_back(ns);
-    } else {
-        m_latest[static_cast<size_t>(m_count % MostKept)] = ns;
-    }
-    ++m_count;
+    if (count < mostKept)
+        latest.push_back(sample);
+    else
+        latest[static_cast<size_t>(count % mostKept)] = sample;
+    ++count;
 }
 
 QJsonObject LatencySamples::toJson() const
 {
-    std::vector<qint64> sorted = m_latest;
+    std::vector<std::chrono::nanoseconds> sorted = latest;
     std::sort(sorted.begin(), sorted.end());
     return {
-        {QStringLiteral("count"), m_count},
+        {QStringLiteral("count"), count},
         {QStringLiteral("min"), percentileMs(sorted, 0)},
         {QStringLiteral("p50"), percentileMs(sorted, 0.50)},
         {QStringLiteral("p90"), percentileMs(sorted, 0.90)},

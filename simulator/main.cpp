@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "process/endsignals.h"
 #include "simulator/commandline.h"
 #include "simulator/console.h"
 #include "simulator/playersimulator.h"
 #include "simulator/sessionreport.h"
-#include "simulator/stopsignals.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -37,6 +37,12 @@ void connectConsole(qx::PlayerSimulator *simulator, qx::Console *console, bool q
     }
 }
 
+int fail(const QString &message, int code)
+{
+    std::fprintf(stderr, "tessaly-simulator: %s\n", qPrintable(message));
+    return code;
+}
+
 int run(const qx::CommandLine &line)
 {
     qx::Console console(line.json ? stderr : stdout);
@@ -44,26 +50,24 @@ int run(const qx::CommandLine &line)
     qx::SessionReport report(simulator);
     connectConsole(&simulator, &console, line.quiet);
 
-    qx::StopSignals stopSignals;
-    QObject::connect(&stopSignals, &qx::StopSignals::stopRequested, qApp, &QCoreApplication::quit);
-    if (line.durationSeconds > 0) {
-        const std::chrono::duration<double> duration(line.durationSeconds);
-        QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(duration), Qt::PreciseTimer,
-                           qApp, &QCoreApplication::quit);
+    qx::EndSignals endSignals;
+    if (!endSignals.errorString().isEmpty())
+        return fail(endSignals.errorString(), 1);
+    QObject::connect(&endSignals, &qx::EndSignals::endRequested, qApp, &QCoreApplication::quit);
+    if (line.duration > line.duration.zero()) {
+        QTimer::singleShot(std::chrono::ceil<std::chrono::milliseconds>(line.duration),
+                           Qt::PreciseTimer, qApp, &QCoreApplication::quit);
     }
 
     simulator.setKeepRecords(0);
     simulator.setBehaviour(line.behaviour);
-    if (!simulator.plugIn(line.linkPath)) {
-        std::fprintf(stderr, "tessaly-simulator: %s\n", qPrintable(simulator.errorString()));
-        return 1;
-    }
+    if (!simulator.plugIn(line.linkPath))
+        return fail(simulator.errorString(), 1);
     QCoreApplication::exec();
 
     console.line(report.summary());
-    if (line.json) {
+    if (line.json)
         std::fputs(QJsonDocument(report.toJson()).toJson().constData(), stdout);
-    }
     return 0;
 }
 
@@ -80,8 +84,7 @@ int main(int argc, char *argv[])
         std::printf("%s\n", qPrintable(line.text));
         return 0;
     case qx::CommandLine::Action::Refuse:
-        std::fprintf(stderr, "tessaly-simulator: %s\n", qPrintable(line.text));
-        return 2;
+        return fail(line.text, 2);
     }
     Q_UNREACHABLE();
 }

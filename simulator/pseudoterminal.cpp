@@ -29,9 +29,8 @@ QString hostPathOf(int device)
 bool setRaw(int terminal)
 {
     termios attributes{};
-    if (::tcgetattr(terminal, &attributes) != 0) {
+    if (::tcgetattr(terminal, &attributes) != 0)
         return false;
-    }
     ::cfmakeraw(&attributes);
     attributes.c_cflag |= CLOCAL | CREAD;
     ::cfsetispeed(&attributes, B115200);
@@ -62,36 +61,35 @@ void closeDescriptor(int *descriptor)
 bool PseudoTerminal::open()
 {
     close();
-    m_errorString.clear();
-    if (openPair()) {
+    state.errorString.clear();
+    if (openPair())
         return true;
-    }
-    m_errorString = QStringLiteral("cannot make a pseudo-terminal: %1").arg(qt_error_string(errno));
+    state.errorString =
+        QStringLiteral("cannot make a pseudo-terminal: %1").arg(qt_error_string(errno));
     close();
     return false;
 }
 
 bool PseudoTerminal::openPair()
 {
-    m_device = ::posix_openpt(O_RDWR | O_NOCTTY);
-    if (m_device < 0 || ::grantpt(m_device) != 0 || ::unlockpt(m_device) != 0) {
+    device = ::posix_openpt(O_RDWR | O_NOCTTY);
+    if (device < 0 || ::grantpt(device) != 0 || ::unlockpt(device) != 0)
         return false;
-    }
-    m_hostPath = hostPathOf(m_device);
+    state.hostPath = hostPathOf(device);
     // A terminal falls back to cooked mode with echo when its last user closes it: being a user
     // ourselves keeps it raw between two connections of the host.
-    m_keptHostEnd = ::open(QFile::encodeName(m_hostPath).constData(), O_RDWR | O_NOCTTY);
-    return m_keptHostEnd >= 0 && closeOnExec(m_device) && closeOnExec(m_keptHostEnd) &&
-           setRaw(m_keptHostEnd) && setNonBlocking(m_device);
+    keptHostEnd = ::open(QFile::encodeName(state.hostPath).constData(), O_RDWR | O_NOCTTY);
+    return keptHostEnd >= 0 && closeOnExec(device) && closeOnExec(keptHostEnd) &&
+           setRaw(keptHostEnd) && setNonBlocking(device);
 }
 
 void PseudoTerminal::close()
 {
     // The device end first: closing it is what hangs up the line. Both must go, or the system
     // keeps the terminal's number.
-    closeDescriptor(&m_device);
-    closeDescriptor(&m_keptHostEnd);
-    m_hostPath.clear();
+    closeDescriptor(&device);
+    closeDescriptor(&keptHostEnd);
+    state.hostPath.clear();
 }
 
 } // namespace qx

@@ -20,23 +20,28 @@ public:
     /// Pulls the cable: whoever has the host end open sees the line hang up.
     void close();
 
-    bool isOpen() const { return m_device >= 0; }
+    bool isOpen() const { return device >= 0; }
 
     /// The device end, non-blocking, to read from and write to; -1 while closed.
-    int descriptor() const { return m_device; }
+    int descriptor() const { return device; }
 
     /// Where the host opens its end ("/dev/pts/3"); empty while closed.
-    QString hostPath() const { return m_hostPath; }
+    QString hostPath() const { return state.hostPath; }
 
-    QString errorString() const { return m_errorString; }
+    QString errorString() const { return state.errorString; }
 
 private:
+    struct State
+    {
+        QString hostPath; ///< empty while closed
+        QString errorString;
+    };
+
     bool openPair();
 
-    int m_device = -1;
-    int m_keptHostEnd = -1;
-    QString m_hostPath;
-    QString m_errorString;
+    int device = -1;
+    int keptHostEnd = -1;
+    State state;
 };
 
 } // namespace qx

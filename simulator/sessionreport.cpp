@@ -4,9 +4,9 @@
 namespace qx {
 
 SessionReport::SessionReport(const PlayerSimulator &simulator)
-    : m_simulator(simulator)
+    : simulator(simulator)
 {
-    m_clock.start();
+    clock.start();
     const auto *sender = &simulator;
     connect(sender, &PlayerSimulator::frameArrived, this, &SessionReport::noteArrived);
     connect(sender, &PlayerSimulator::frameAccepted, this, &SessionReport::noteAccepted);
@@ -17,48 +17,44 @@ SessionReport::SessionReport(const PlayerSimulator &simulator)
 void SessionReport::noteArrived(const SimulatedFrame &frame)
 {
     // A frame that was there before the reply was not sent because of it.
-    if (m_repliedNs && frame.atNs >= *m_repliedNs) {
-        m_turnarounds.add(frame.atNs - *m_repliedNs);
-    }
-    m_repliedNs.reset();
+    if (repliedAt && frame.at >= *repliedAt)
+        turnarounds.add(frame.at - *repliedAt);
+    repliedAt.reset();
 }
 
 void SessionReport::noteAccepted(const SimulatedFrame &frame)
 {
-    if (m_previousAcceptedNs) {
-        m_intervals.add(frame.atNs - *m_previousAcceptedNs);
-    }
-    m_previousAcceptedNs = frame.atNs;
-    m_last = Accepted{frame.number, frame.atNs};
-    if (!m_first) {
-        m_first = m_last;
-    }
+    if (previousAcceptedAt)
+        intervals.add(frame.at - *previousAcceptedAt);
+    previousAcceptedAt = frame.at;
+    last = Accepted{frame.number, frame.at};
+    if (!first)
+        first = last;
 }
 
-void SessionReport::noteReplied(const QByteArray &, qint64 atNs)
+void SessionReport::noteReplied(const QByteArray &, std::chrono::nanoseconds at)
 {
-    m_repliedNs = atNs;
+    repliedAt = at;
 }
 
 // The time until the player is back says nothing about the host's pace.
 void SessionReport::noteUnplugged()
 {
-    m_previousAcceptedNs.reset();
-    m_repliedNs.reset();
+    previousAcceptedAt.reset();
+    repliedAt.reset();
 }
 
 std::optional<double> SessionReport::framesPerSecond() const
 {
-    if (!m_first || m_last->atNs <= m_first->atNs) {
+    if (!first || last->at <= first->at)
         return std::nullopt;
-    }
-    const double seconds = static_cast<double>(m_last->atNs - m_first->atNs) / 1e9;
-    return static_cast<double>(m_simulator.counts().framesAccepted - 1) / seconds;
+    const std::chrono::duration<double> span = last->at - first->at;
+    return static_cast<double>(simulator.counts().framesAccepted - 1) / span.count();
 }
 
 QJsonObject SessionReport::toJson() const
 {
-    const SimulatorCounts &counts = m_simulator.counts();
+    const SimulatorCounts &counts = simulator.counts();
     const auto rate = framesPerSecond();
     const QJsonObject replies{
         {QStringLiteral("ready"), counts.readySent},
@@ -70,8 +66,8 @@ QJsonObject SessionReport::toJson() const
     };
     return {
         {QStringLiteral("version"), QStringLiteral(TESSALY_VERSION)},
-        {QStringLiteral("port"), m_simulator.portPath()},
-        {QStringLiteral("elapsedSeconds"), static_cast<double>(m_clock.nsecsElapsed()) / 1e9},
+        {QStringLiteral("port"), simulator.portPath()},
+        {QStringLiteral("elapsedSeconds"), static_cast<double>(clock.nsecsElapsed()) / 1e9},
         {QStringLiteral("bytesReceived"), counts.bytesReceived},
         {QStringLiteral("unknownBytes"), counts.unknownBytes},
         {QStringLiteral("hellos"), counts.hellos},
@@ -79,11 +75,11 @@ QJsonObject SessionReport::toJson() const
         {QStringLiteral("framesArrived"), counts.framesArrived},
         {QStringLiteral("framesUnanswered"), counts.framesUnanswered},
         {QStringLiteral("checksumErrors"), counts.checksumErrors},
-        {QStringLiteral("firstFrame"), m_first ? QJsonValue(m_first->number) : QJsonValue()},
-        {QStringLiteral("lastFrame"), m_last ? QJsonValue(m_last->number) : QJsonValue()},
+        {QStringLiteral("firstFrame"), first ? QJsonValue(first->number) : QJsonValue()},
+        {QStringLiteral("lastFrame"), last ? QJsonValue(last->number) : QJsonValue()},
         {QStringLiteral("framesPerSecond"), rate ? QJsonValue(*rate) : QJsonValue()},
-        {QStringLiteral("intervalMs"), m_intervals.toJson()},
-        {QStringLiteral("turnaroundMs"), m_turnarounds.toJson()},
+        {QStringLiteral("intervalMs"), intervals.toJson()},
+        {QStringLiteral("turnaroundMs"), turnarounds.toJson()},
         {QStringLiteral("floodLines"), counts.floodLinesSent},
         {QStringLiteral("replies"), replies},
     };
@@ -91,7 +87,7 @@ QJsonObject SessionReport::toJson() const
 
 QString SessionReport::summary() const
 {
-    const SimulatorCounts &counts = m_simulator.counts();
+    const SimulatorCounts &counts = simulator.counts();
     const auto rate = framesPerSecond();
     return QStringLiteral("%1 frames accepted of %2 (%3 without reply), %4 checksum errors, "
                           "%5 HELLO, %6 unknown bytes%7")

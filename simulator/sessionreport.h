@@ -4,10 +4,12 @@
 #include "simulator/latencysamples.h"
 #include "simulator/playersimulator.h"
 
+#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <optional>
 
 namespace qx {
@@ -31,23 +33,23 @@ private:
     struct Accepted
     {
         quint16 number;
-        qint64 atNs;
+        std::chrono::nanoseconds at;
     };
 
     void noteArrived(const SimulatedFrame &frame);
     void noteAccepted(const SimulatedFrame &frame);
-    void noteReplied(const QByteArray &reply, qint64 atNs);
+    void noteReplied(const QByteArray &reply, std::chrono::nanoseconds at);
     void noteUnplugged();
     std::optional<double> framesPerSecond() const;
 
-    const PlayerSimulator &m_simulator;
-    QElapsedTimer m_clock;
-    std::optional<Accepted> m_first;
-    std::optional<Accepted> m_last;
-    std::optional<qint64> m_previousAcceptedNs; ///< on the same connection
-    std::optional<qint64> m_repliedNs;          ///< reply that no frame has followed yet
-    LatencySamples m_intervals;
-    LatencySamples m_turnarounds;
+    const PlayerSimulator &simulator;
+    QElapsedTimer clock;
+    std::optional<Accepted> first;
+    std::optional<Accepted> last;
+    std::optional<std::chrono::nanoseconds> previousAcceptedAt; ///< on the same connection
+    std::optional<std::chrono::nanoseconds> repliedAt; ///< reply that no frame has followed yet
+    LatencySamples intervals;
+    LatencySamples turnarounds;
 };
 
 } // namespace qx

@@ -8,10 +8,9 @@ namespace qx {
 
 namespace {
 
-constexpr qsizetype FrameSize = 20;
-constexpr qsizetype LongestLine = 256;
-constexpr QByteArrayView Header("\xFF\xFF\x17\x12\x34\x17", 6);
-constexpr QByteArrayView Hello("QXUSB HELLO", 11);
+constexpr qsizetype longestLine = 256;
+constexpr QByteArrayView frameHeader("\xFF\xFF\x17\x12\x34\x17", 6);
+constexpr QByteArrayView helloText("QXUSB HELLO", 11);
 
 // Whether the bytes begin with the pattern, or are too few but agree so far.
 bool mayBegin(QByteArrayView bytes, QByteArrayView pattern)
@@ -24,9 +23,8 @@ bool mayBegin(QByteArrayView bytes, QByteArrayView pattern)
 qsizetype headerPosition(QByteArrayView bytes)
 {
     qsizetype position = 0;
-    while (position < bytes.size() && !mayBegin(bytes.sliced(position), Header)) {
+    while (position < bytes.size() && !mayBegin(bytes.sliced(position), frameHeader))
         ++position;
-    }
     return position;
 }
 
@@ -38,11 +36,10 @@ bool isUndamaged(QByteArrayView frame)
 // A damaged frame may be one that was cut short, with the next item in its last bytes.
 qsizetype sizeOfDamagedFrame(QByteArrayView block)
 {
-    for (qsizetype position = Header.size(); position < block.size(); ++position) {
+    for (qsizetype position = frameHeader.size(); position < block.size(); ++position) {
         const QByteArrayView rest = block.sliced(position);
-        if (mayBegin(rest, Header) || mayBegin(rest, Hello)) {
+        if (mayBegin(rest, frameHeader) || mayBegin(rest, helloText))
             return position;
-        }
     }
     return block.size();
 }
@@ -56,21 +53,19 @@ bool isPrintable(char byte)
 
 std::optional<WireDecoder::Item> WireDecoder::next()
 {
-    while (!m_buffer.isEmpty()) {
-        const qsizetype header = headerPosition(m_buffer);
-        if (header == 0) {
-            if (m_buffer.size() < FrameSize) {
+    while (!buffer.isEmpty()) {
+        const qsizetype position = headerPosition(buffer);
+        if (position == 0) {
+            if (buffer.size() < frameSize)
                 return std::nullopt;
-            }
             return takeFrame();
         }
-        const qsizetype lineFeed = QByteArrayView(m_buffer).first(header).indexOf('\n');
+        const qsizetype lineFeed = QByteArrayView(buffer).first(position).indexOf('\n');
         if (lineFeed >= 0) {
-            if (takeHelloLine(lineFeed)) {
+            if (takeHelloLine(lineFeed))
                 return Item{Kind::Hello, {}};
-            }
-        } else if (header < m_buffer.size() || m_buffer.size() > LongestLine) {
-            discard(header);
+        } else if (position < buffer.size() || buffer.size() > longestLine) {
+            discard(position);
         } else {
             return std::nullopt;
         }
@@ -80,35 +75,34 @@ std::optional<WireDecoder::Item> WireDecoder::next()
 
 WireDecoder::Item WireDecoder::takeFrame()
 {
-    const QByteArray block = m_buffer.first(FrameSize);
+    const QByteArray block = buffer.first(frameSize);
     if (isUndamaged(block)) {
-        m_buffer.remove(0, FrameSize);
+        buffer.remove(0, frameSize);
         return {Kind::Frame, block};
     }
-    m_buffer.remove(0, sizeOfDamagedFrame(block));
+    buffer.remove(0, sizeOfDamagedFrame(block));
     return {Kind::DamagedFrame, block};
 }
 
 // Takes the line up to the line feed; whether it says HELLO, garbage before that apart.
 bool WireDecoder::takeHelloLine(qsizetype lineFeed)
 {
-    QByteArrayView line = QByteArrayView(m_buffer).first(lineFeed);
-    if (line.endsWith('\r')) {
+    QByteArrayView line = QByteArrayView(buffer).first(lineFeed);
+    if (line.endsWith('\r'))
         line.chop(1);
-    }
     const auto text = std::find_if_not(line.rbegin(), line.rend(), isPrintable).base();
     const qsizetype garbage = text - line.begin();
-    const bool isHello = line.sliced(garbage) == Hello;
+    const bool isHello = line.sliced(garbage) == helloText;
 
-    m_unknownBytes += isHello ? garbage : lineFeed + 1;
-    m_buffer.remove(0, lineFeed + 1);
+    unknownBytes += isHello ? garbage : lineFeed + 1;
+    buffer.remove(0, lineFeed + 1);
     return isHello;
 }
 
 void WireDecoder::discard(qsizetype count)
 {
-    m_unknownBytes += count;
-    m_buffer.remove(0, count);
+    unknownBytes += count;
+    buffer.remove(0, count);
 }
 
 } // namespace qx

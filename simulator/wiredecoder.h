@@ -13,6 +13,8 @@ namespace qx {
 class WireDecoder
 {
 public:
+    static constexpr qsizetype frameSize = 20;
+
     enum class Kind : int {
         Hello,        ///< the line "QXUSB HELLO"
         Frame,        ///< 20 bytes with the header and the right checksum
@@ -24,24 +26,24 @@ public:
         QByteArray bytes; ///< the frame's 20 bytes; empty for Hello
     };
 
-    void append(const QByteArray &bytes) { m_buffer += bytes; }
+    void append(const QByteArray &bytes) { buffer += bytes; }
 
     /// The next complete item, or nothing until more bytes arrive.
     std::optional<Item> next();
 
     /// How many bytes since the last call were neither part of a frame nor of the HELLO line.
-    qint64 takeUnknownBytes() { return std::exchange(m_unknownBytes, 0); }
+    qint64 takeUnknownBytes() { return std::exchange(unknownBytes, 0); }
 
     /// Forgets a half-received item.
-    void clear() { m_buffer.clear(); }
+    void clear() { buffer.clear(); }
 
 private:
     Item takeFrame();
     bool takeHelloLine(qsizetype lineFeed);
     void discard(qsizetype count);
 
-    QByteArray m_buffer;
-    qint64 m_unknownBytes = 0;
+    QByteArray buffer;
+    qint64 unknownBytes = 0;
 };
 
 } // namespace qx

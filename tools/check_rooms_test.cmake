@@ -6,7 +6,7 @@
 cmake_minimum_required(VERSION 3.22)
 
 set(check ${CMAKE_CURRENT_LIST_DIR}/check_rooms.cmake)
-set(rooms i18n protocol serial media widgets mainwindow app simulator)
+set(rooms i18n process protocol serial media widgets mainwindow app simulator)
 
 # Runs the check with one argument; it has to say `complaint` and fail, or pass if that is "".
 function(expect argument complaint)
@@ -47,6 +47,9 @@ expect_of_source(protocol/a.h "#include \"mainwindow/harmless.h\"" # upwards
     "protocol/a.h: protocol may not include mainwindow/harmless.h")
 expect_of_source(serial/a.cpp "#include \"widgets/harmless.h\"" # sideways
     "serial/a.cpp: serial may not include widgets/harmless.h")
+expect_of_source(simulator/a.h "#include \"process/harmless.h\"" "")
+expect_of_source(simulator/a.h "#include \"protocol/protocol.h\"" # shares no code with the program
+    "simulator/a.h: simulator may not include protocol/protocol.h")
 expect_of_source(i18n/a.h "#include <serial/harmless.h>"
     "i18n/a.h: i18n may not include serial/harmless.h")
 expect_of_source(i18n/deeper/a.h "  #  include \"serial/harmless.h\""

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int LargestSize = 1024;
+constexpr int largestSize = 1024;
 
 // With an alpha channel, which Windows wants in icons.
 QByteArray png(const QImage &source, int size)
@@ -32,8 +32,8 @@ QByteArray png(const QImage &source, int size)
 // A directory of the pictures, then the pictures; each is a whole PNG file.
 QByteArray ico(const QImage &source, const QList<int> &sizes)
 {
-    constexpr qsizetype HeaderBytes = 6;
-    constexpr qsizetype EntryBytes = 16;
+    constexpr qsizetype headerBytes = 6;
+    constexpr qsizetype entryBytes = 16;
     QByteArray pictures;
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
@@ -42,7 +42,7 @@ QByteArray ico(const QImage &source, const QList<int> &sizes)
     for (const int size : sizes) {
         const QByteArray picture = png(source, size);
         const auto side = static_cast<quint8>(size); // 256 is written as 0
-        const auto offset = HeaderBytes + EntryBytes * sizes.size() + pictures.size();
+        const auto offset = headerBytes + entryBytes * sizes.size() + pictures.size();
         out << side << side << quint8{0} << quint8{0} << quint16{1} << quint16{32}
             << static_cast<quint32>(picture.size()) << static_cast<quint32>(offset);
         pictures += picture;
@@ -55,9 +55,8 @@ QList<int> readSizes(const QStringList &words, int largest)
     QList<int> sizes;
     for (const QString &word : words) {
         const int size = word.toInt();
-        if (size < 1 || size > largest) {
+        if (size < 1 || size > largest)
             return {};
-        }
         sizes += size;
     }
     return sizes;
@@ -77,19 +76,17 @@ int main(int argc, char *argv[])
     const QStringList arguments = QCoreApplication::arguments();
     const QString output = arguments.value(2);
     const bool isIco = output.endsWith(QLatin1String(".ico"));
-    const QList<int> sizes = readSizes(arguments.mid(3), isIco ? 256 : LargestSize);
+    const QList<int> sizes = readSizes(arguments.mid(3), isIco ? 256 : largestSize);
     if (sizes.isEmpty() || (!isIco && sizes.size() > 1)) {
         return fail(QStringLiteral("usage: icon-maker SOURCE OUTPUT.png SIZE\n"
                                    "       icon-maker SOURCE OUTPUT.ico SIZE..."));
     }
     const QImage source(arguments.at(1));
-    if (source.isNull()) {
+    if (source.isNull())
         return fail(QStringLiteral("cannot read %1").arg(arguments.at(1)));
-    }
     QFile file(output);
     const QByteArray bytes = isIco ? ico(source, sizes) : png(source, sizes.first());
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
         return fail(QStringLiteral("cannot write %1: %2").arg(output, file.errorString()));
-    }
     return 0;
 }

@@ -206,7 +206,7 @@ void PipelineTest::onNextTurnAfterStatus(const QString &message, std::function<v
 // from that answer on.
 const QElapsedTimer &PipelineTest::answerOnceLate(SimulatorBehaviour behaviour)
 {
-    behaviour.replyDelayMs = windowMs / 2;
+    behaviour.replyDelay = std::chrono::milliseconds(windowMs / 2);
     player().setBehaviour(behaviour);
     connect(&player(), &qx::PlayerSimulator::frameReplied, this, [this] {
         sinceAnswer.start();

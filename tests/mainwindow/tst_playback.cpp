@@ -340,7 +340,7 @@ void TestPlayback::slowAnswersStretchPlayback()
     const Operator &hand = stage.hand();
     prepare(stage, 4);
     SimulatorBehaviour slow;
-    slow.replyDelayMs = delayMs;
+    slow.replyDelay = std::chrono::milliseconds(delayMs);
     stage.player().setBehaviour(slow);
     stage.player().forget();
 
@@ -350,7 +350,7 @@ void TestPlayback::slowAnswersStretchPlayback()
     const QList<SimulatedFrame> frames = stage.player().frames();
     QCOMPARE(numbers(frames.first(7)), (QList<int>{0, 1, 2, 3, 4, 0, 0}));
     for (qsizetype i = 1; i < frames.size(); ++i)
-        QVERIFY(frames[i].atNs - frames[i - 1].atNs >= delayMs * qint64{1000000});
+        QVERIFY(frames[i].at - frames[i - 1].at >= std::chrono::milliseconds(delayMs));
     QCOMPARE(hand.log("QUEUE"), QStringList());
     QCOMPARE(hand.log("RETRY"), QStringList());
 }

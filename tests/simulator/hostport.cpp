@@ -13,43 +13,42 @@ namespace qx {
 bool HostPort::open(const QString &path)
 {
     close();
-    m_received.clear();
-    m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK);
-    return m_descriptor >= 0;
+    arrived.clear();
+    descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    return descriptor >= 0;
 }
 
 void HostPort::close()
 {
-    if (m_descriptor >= 0) {
-        ::close(m_descriptor);
-        m_descriptor = -1;
+    if (descriptor >= 0) {
+        ::close(descriptor);
+        descriptor = -1;
     }
 }
 
 qint64 HostPort::write(const QByteArray &bytes)
 {
-    return ::write(m_descriptor, bytes.constData(), static_cast<size_t>(bytes.size()));
+    return ::write(descriptor, bytes.constData(), static_cast<size_t>(bytes.size()));
 }
 
 QByteArray HostPort::received()
 {
     std::array<char, 4096> buffer;
     ssize_t count = 0;
-    while ((count = ::read(m_descriptor, buffer.data(), buffer.size())) > 0) {
-        m_received.append(buffer.data(), count);
-    }
-    return m_received;
+    while ((count = ::read(descriptor, buffer.data(), buffer.size())) > 0)
+        arrived.append(buffer.data(), count);
+    return arrived;
 }
 
 void HostPort::forget()
 {
     received();
-    m_received.clear();
+    arrived.clear();
 }
 
 bool HostPort::isHungUp() const
 {
-    pollfd line{m_descriptor, POLLIN, 0};
+    pollfd line{descriptor, POLLIN, 0};
     return ::poll(&line, 1, 0) == 1 && (line.revents & POLLHUP) != 0;
 }
 

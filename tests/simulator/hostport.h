@@ -30,8 +30,8 @@ public:
     bool isHungUp() const;
 
 private:
-    int m_descriptor = -1;
-    QByteArray m_received;
+    int descriptor = -1;
+    QByteArray arrived;
 };
 
 } // namespace qx

@@ -12,7 +12,9 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
+using namespace std::chrono_literals;
 using qx::damaged;
 using qx::FrameVerdict;
 using qx::goldenFrame;
@@ -86,71 +88,71 @@ private slots:
     void theBooksBalance();
 
 private:
-    void behave(const SimulatorBehaviour &behaviour) { m_player->setBehaviour(behaviour); }
+    void behave(const SimulatorBehaviour &behaviour) { player->setBehaviour(behaviour); }
     void link();
     void offer(const QByteArray &bytes, const QByteArray &reply);
-    QString linkPath() const { return m_directory->filePath(QStringLiteral("player")); }
+    QString linkPath() const { return directory->filePath(QStringLiteral("player")); }
 
-    std::unique_ptr<QTemporaryDir> m_directory;
-    std::unique_ptr<PlayerSimulator> m_player;
-    std::unique_ptr<qx::HostPort> m_host;
+    std::unique_ptr<QTemporaryDir> directory;
+    std::unique_ptr<PlayerSimulator> player;
+    std::unique_ptr<qx::HostPort> host;
 };
 
 void TestPlayerSimulator::init()
 {
-    m_directory = std::make_unique<QTemporaryDir>();
-    m_player = std::make_unique<PlayerSimulator>();
-    m_host = std::make_unique<qx::HostPort>();
-    QVERIFY2(m_player->plugIn(linkPath()), qPrintable(m_player->errorString()));
-    QVERIFY(m_host->open(m_player->portPath()));
+    directory = std::make_unique<QTemporaryDir>();
+    player = std::make_unique<PlayerSimulator>();
+    host = std::make_unique<qx::HostPort>();
+    QVERIFY2(player->plugIn(linkPath()), qPrintable(player->errorString()));
+    QVERIFY(host->open(player->portPath()));
 }
 
 void TestPlayerSimulator::cleanup()
 {
-    m_host.reset();
-    m_player.reset();
-    m_directory.reset();
+    host.reset();
+    player.reset();
+    directory.reset();
 }
 
 // Writes the bytes and waits for exactly this reply.
 void TestPlayerSimulator::offer(const QByteArray &bytes, const QByteArray &reply)
 {
-    m_host->forget();
-    QCOMPARE(m_host->write(bytes), bytes.size());
-    QTRY_COMPARE(m_host->received(), reply);
+    host->forget();
+    QCOMPARE(host->write(bytes), bytes.size());
+    QTRY_COMPARE(host->received(), reply);
 }
 
 // Behaviours that spoil the handshake are set afterwards.
 void TestPlayerSimulator::link()
 {
     offer(hello, ok);
-    m_host->forget();
+    host->forget();
 }
 
 // The well-behaved player
 
 void TestPlayerSimulator::helloIsAnsweredAndLinks()
 {
-    QSignalSpy hellos(m_player.get(), &PlayerSimulator::helloReceived);
-    QVERIFY(!m_player->linked());
+    QSignalSpy hellos(player.get(), &PlayerSimulator::helloReceived);
+    QVERIFY(!player->linked());
     offer(hello, ok);
-    QVERIFY(m_player->linked());
+    QVERIFY(player->linked());
     offer(QByteArrayLiteral("QXUSB HELLO\r\n"), ok);
-    QCOMPARE(m_player->helloCount(), 2);
+    QCOMPARE(player->helloCount(), 2);
     QCOMPARE(hellos.size(), 2);
 }
 
 void TestPlayerSimulator::frameInASessionIsAcceptedWithAllItsFields()
 {
-    QSignalSpy accepted(m_player.get(), &PlayerSimulator::frameAccepted);
-    QSignalSpy replied(m_player.get(), &PlayerSimulator::frameReplied);
+    QSignalSpy accepted(player.get(), &PlayerSimulator::frameAccepted);
+    QSignalSpy replied(player.get(), &PlayerSimulator::frameReplied);
     link();
     offer(goldenFrameWithReserved(), rxOk);
     QCOMPARE(accepted.size(), 1);
     QCOMPARE(replied.size(), 1);
     QCOMPARE(replied[0][0].toByteArray(), rxOk);
 
-    const QList<qx::SimulatedFrame> frames = m_player->frames();
+    const QList<qx::SimulatedFrame> frames = player->frames();
     QCOMPARE(frames.size(), 1);
     QCOMPARE(frames[0].number, 0x1234);
     QCOMPARE(frames[0].hy, 3);
@@ -161,54 +163,53 @@ void TestPlayerSimulator::frameInASessionIsAcceptedWithAllItsFields()
     QCOMPARE(frames[0].reserved, (std::array<quint8, 6>{1, 2, 3, 4, 5, 6}));
     QCOMPARE(frames[0].bytes, goldenFrameWithReserved());
     QVERIFY(frames[0].answered);
-    QVERIFY(replied[0][1].toLongLong() >= frames[0].atNs);
-    QCOMPARE(m_player->received(), hello + goldenFrameWithReserved());
+    QVERIFY(replied[0][1].value<std::chrono::nanoseconds>() >= frames[0].at);
+    QCOMPARE(player->received(), hello + goldenFrameWithReserved());
 }
 
 void TestPlayerSimulator::frameWithoutASessionNeedsHello()
 {
-    QSignalSpy arrived(m_player.get(), &PlayerSimulator::frameArrived);
+    QSignalSpy arrived(player.get(), &PlayerSimulator::frameArrived);
     offer(goldenFrame(), needHello);
-    QCOMPARE(m_player->frames().size(), 0);
+    QCOMPARE(player->frames().size(), 0);
     QCOMPARE(arrived.size(), 1);
     QCOMPARE(arrived[0][0].value<qx::SimulatedFrame>().verdict, FrameVerdict::NeedHello);
     link();
     offer(goldenFrame(), rxOk);
-    QCOMPARE(m_player->frames().size(), 1);
+    QCOMPARE(player->frames().size(), 1);
 }
 
 void TestPlayerSimulator::damagedFrameIsComplainedAbout()
 {
     link();
     offer(damaged(goldenFrame()), badChecksum);
-    QCOMPARE(m_player->checksumErrors(), 1);
-    QCOMPARE(m_player->frames().size(), 0);
-    QVERIFY(m_player->linked());
+    QCOMPARE(player->checksumErrors(), 1);
+    QCOMPARE(player->frames().size(), 0);
+    QVERIFY(player->linked());
     offer(goldenFrame(), rxOk);
-    QCOMPARE(m_player->unknownBytes(), 0);
+    QCOMPARE(player->unknownBytes(), 0);
 }
 
 void TestPlayerSimulator::findsItsWayBackAfterGarbage()
 {
     link();
     offer(QByteArrayLiteral("\x01\x02\xFF\xFF\x17nonsense") + goldenFrame(), rxOk);
-    QTRY_COMPARE(m_player->unknownBytes(), 13);
+    QTRY_COMPARE(player->unknownBytes(), 13);
     offer(QByteArrayLiteral("AT+RST\r\n") + hello, ok);
-    QTRY_COMPARE(m_player->unknownBytes(), 13 + 8);
+    QTRY_COMPARE(player->unknownBytes(), 13 + 8);
     offer(goldenFrame().first(9) + goldenFrame(), badChecksum + rxOk);
 }
 
 void TestPlayerSimulator::framesAreStampedInOrder()
 {
     link();
-    for (quint16 number = 1; number <= 5; ++number) {
+    for (quint16 number = 1; number <= 5; ++number)
         offer(numberedFrame(number), rxOk);
-    }
-    const QList<qx::SimulatedFrame> frames = m_player->frames();
+    const QList<qx::SimulatedFrame> frames = player->frames();
     QCOMPARE(frames.size(), 5);
     for (qsizetype i = 1; i < frames.size(); ++i) {
         QCOMPARE(frames[i].number, i + 1);
-        QVERIFY(frames[i].atNs > frames[i - 1].atNs);
+        QVERIFY(frames[i].at > frames[i - 1].at);
     }
 }
 
@@ -217,54 +218,55 @@ void TestPlayerSimulator::framesAreStampedInOrder()
 void TestPlayerSimulator::answersEachNthHelloOnly()
 {
     behave({.answerHelloNumber = 3});
-    m_host->write(hello + hello);
-    QTRY_COMPARE(m_player->helloCount(), 2);
-    QVERIFY(!m_player->linked());
-    m_host->write(hello);
-    QTRY_COMPARE(m_host->received(), ok);
-    QVERIFY(m_player->linked());
+    host->write(hello + hello);
+    QTRY_COMPARE(player->helloCount(), 2);
+    QVERIFY(!player->linked());
+    host->write(hello);
+    QTRY_COMPARE(host->received(), ok);
+    QVERIFY(player->linked());
 }
 
 void TestPlayerSimulator::answersNoHello()
 {
     behave({.answerHelloNumber = 0});
     offer(hello + hello + goldenFrame(), needHello);
-    QCOMPARE(m_player->helloCount(), 2);
+    QCOMPARE(player->helloCount(), 2);
 }
 
 void TestPlayerSimulator::saysReadyToTheFirstHelloOnly()
 {
     behave({.answerHelloNumber = 2, .readyFirst = true});
     offer(hello, ready);
-    QVERIFY(!m_player->linked());
+    QVERIFY(!player->linked());
     offer(hello, ok);
     offer(hello + hello, ok);
-    QCOMPARE(m_player->counts().readySent, 1);
-    QCOMPARE(m_player->counts().okSent, 2);
+    QCOMPARE(player->counts().readySent, 1);
+    QCOMPARE(player->counts().okSent, 2);
 }
 
 void TestPlayerSimulator::bootTextComesWithEachPlugIn()
 {
-    m_player->unplug();
+    player->unplug();
     behave({.bootText = "ESP-ROM:esp32s3\nboot\n"});
     for (int time = 0; time < 2; ++time) {
-        QVERIFY(m_player->plugIn(linkPath()));
-        QVERIFY(m_host->open(linkPath()));
-        QTRY_COMPARE(m_host->received(), QByteArrayLiteral("ESP-ROM:esp32s3\nboot\n"));
-        m_player->unplug();
+        QVERIFY(player->plugIn(linkPath()));
+        QVERIFY(host->open(linkPath()));
+        QTRY_COMPARE(host->received(), QByteArrayLiteral("ESP-ROM:esp32s3\nboot\n"));
+        player->unplug();
     }
 }
 
 void TestPlayerSimulator::delayedReplyComesNoSooner()
 {
-    QSignalSpy replied(m_player.get(), &PlayerSimulator::frameReplied);
+    QSignalSpy replied(player.get(), &PlayerSimulator::frameReplied);
     link();
-    behave({.replyDelayMs = 30});
+    behave({.replyDelay = 30ms});
     offer(goldenFrame() + numberedFrame(2), rxOk + rxOk);
     QCOMPARE(replied.size(), 2);
     for (qsizetype i = 0; i < 2; ++i) {
-        const qint64 waited = replied[i][1].toLongLong() - m_player->frames()[i].atNs;
-        QVERIFY2(waited >= 30'000'000, QByteArray::number(waited).constData());
+        const auto repliedAt = replied[i][1].value<std::chrono::nanoseconds>();
+        const std::chrono::nanoseconds waited = repliedAt - player->frames()[i].at;
+        QVERIFY2(waited >= 30ms, std::to_string(waited.count()).c_str());
     }
 }
 
@@ -275,12 +277,12 @@ void TestPlayerSimulator::chunksAreWrittenOnTurnsOfTheirOwn()
     int turns = 0;
     QTimer everyTurn;
     connect(&everyTurn, &QTimer::timeout, this, [&turns] { ++turns; });
-    connect(m_player.get(), &PlayerSimulator::frameArrived, &everyTurn,
+    connect(player.get(), &PlayerSimulator::frameArrived, &everyTurn,
             [&everyTurn] { everyTurn.start(0); });
-    connect(m_player.get(), &PlayerSimulator::frameReplied, &everyTurn, &QTimer::stop);
+    connect(player.get(), &PlayerSimulator::frameReplied, &everyTurn, &QTimer::stop);
     offer(goldenFrame(), rxOk);
     QVERIFY2(turns >= rxOk.size() - 2, QByteArray::number(turns).constData());
-    QCOMPARE(m_player->counts().rxOkSent, 1);
+    QCOMPARE(player->counts().rxOkSent, 1);
 
     turns = 0;
     behave({});
@@ -315,12 +317,12 @@ void TestPlayerSimulator::everyNthFrameIsTreated()
         // The HELLO behind the third frame shows that no other reply comes before it.
         offer(numberedFrame(3) + hello, replyToThird + ok);
     }
-    QCOMPARE(m_player->frames().size(), accepted ? 6 : 4);
-    QCOMPARE(m_player->frames()[2].number, accepted ? 3 : 1);
-    QCOMPARE(m_player->frames()[2].answered, !accepted);
-    QCOMPARE(m_player->counts().framesArrived, 6);
-    QCOMPARE(m_player->counts().framesUnanswered, accepted ? 2 : 0);
-    QCOMPARE(m_player->checksumErrors(), 0);
+    QCOMPARE(player->frames().size(), accepted ? 6 : 4);
+    QCOMPARE(player->frames()[2].number, accepted ? 3 : 1);
+    QCOMPARE(player->frames()[2].answered, !accepted);
+    QCOMPARE(player->counts().framesArrived, 6);
+    QCOMPARE(player->counts().framesUnanswered, accepted ? 2 : 0);
+    QCOMPARE(player->checksumErrors(), 0);
 }
 
 void TestPlayerSimulator::needHelloEndsTheSession()
@@ -329,7 +331,7 @@ void TestPlayerSimulator::needHelloEndsTheSession()
     behave({.needHelloEvery = 2});
     offer(goldenFrame(), rxOk);
     offer(goldenFrame(), needHello);
-    QVERIFY(!m_player->linked());
+    QVERIFY(!player->linked());
     offer(goldenFrame(), needHello);
     offer(hello, ok);
     offer(goldenFrame(), rxOk);
@@ -339,16 +341,14 @@ void TestPlayerSimulator::sameSeedGivesTheSameReplies()
 {
     const auto repliesOfRun = [this](quint32 seed) {
         behave({.badChecksumProbability = 0.3, .ac39FailProbability = 0.3, .seed = seed});
-        m_host->forget();
-        QSignalSpy replied(m_player.get(), &PlayerSimulator::frameReplied);
-        for (quint16 number = 0; number < 100; ++number) {
-            m_host->write(numberedFrame(number));
-        }
+        host->forget();
+        QSignalSpy replied(player.get(), &PlayerSimulator::frameReplied);
+        for (quint16 number = 0; number < 100; ++number)
+            host->write(numberedFrame(number));
         QByteArray replies;
         if (QTest::qWaitFor([&] { return replied.size() == 100; })) {
-            for (const QList<QVariant> &reply : std::as_const(replied)) {
+            for (const QList<QVariant> &reply : std::as_const(replied))
                 replies += reply[0].toByteArray();
-            }
         }
         return replies;
     };
@@ -363,54 +363,53 @@ void TestPlayerSimulator::probabilitiesAreKept()
 {
     link();
     behave({.dropProbability = 0.25, .seed = 42});
-    constexpr int Count = 2000;
+    constexpr int count = 2000;
     QByteArray bytes;
-    for (int i = 0; i < Count; ++i) {
+    for (int i = 0; i < count; ++i)
         bytes += numberedFrame(static_cast<quint16>(i));
-    }
     while (!bytes.isEmpty()) {
-        bytes.remove(0, qMax<qint64>(m_host->write(bytes), 0));
+        bytes.remove(0, qMax<qint64>(host->write(bytes), 0));
         QCoreApplication::processEvents();
-        m_host->forget();
+        host->forget();
     }
-    QTRY_COMPARE(m_player->counts().framesArrived, Count);
+    QTRY_COMPARE(player->counts().framesArrived, count);
     // Five standard deviations of a fair quarter; the seed makes the outcome the same each time.
-    const qint64 dropped = m_player->counts().framesUnanswered;
+    const qint64 dropped = player->counts().framesUnanswered;
     QVERIFY2(dropped > 400 && dropped < 600, QByteArray::number(dropped).constData());
-    QCOMPARE(m_player->frames().size(), Count);
+    QCOMPARE(player->frames().size(), count);
 }
 
 void TestPlayerSimulator::silentPlayerReadsOn()
 {
     link();
     behave({.silent = true});
-    m_host->write(hello + goldenFrame() + damaged(goldenFrame()));
-    QTRY_COMPARE(m_player->counts().framesArrived, 2);
-    QCOMPARE(m_player->frames().size(), 1);
-    QCOMPARE(m_player->helloCount(), 2);
-    QCOMPARE(m_player->counts().framesUnanswered, 2);
+    host->write(hello + goldenFrame() + damaged(goldenFrame()));
+    QTRY_COMPARE(player->counts().framesArrived, 2);
+    QCOMPARE(player->frames().size(), 1);
+    QCOMPARE(player->helloCount(), 2);
+    QCOMPARE(player->counts().framesUnanswered, 2);
     // Whatever the silent player had said would come before this reply.
     behave({});
-    m_host->write(goldenFrame());
-    QTRY_COMPARE(m_host->received(), rxOk);
+    host->write(goldenFrame());
+    QTRY_COMPARE(host->received(), rxOk);
 }
 
 void TestPlayerSimulator::floodsWithText()
 {
     behave({.floodLinesPerSecond = 2000});
-    QTRY_VERIFY(m_host->received().count('\n') >= 100);
-    QVERIFY(m_host->received().startsWith("I ("));
+    QTRY_VERIFY(host->received().count('\n') >= 100);
+    QVERIFY(host->received().startsWith("I ("));
     behave({});
-    QTRY_COMPARE(m_host->received().count('\n'), m_player->counts().floodLinesSent);
+    QTRY_COMPARE(host->received().count('\n'), player->counts().floodLinesSent);
     offer(hello, ok);
 }
 
 void TestPlayerSimulator::floodDoesNotPileUpWhenNobodyReads()
 {
     behave({.floodLinesPerSecond = 1'000'000});
-    QTRY_VERIFY(m_player->unsentBytes() > 0);
+    QTRY_VERIFY(player->unsentBytes() > 0);
     for (int turn = 0; turn < 20; ++turn) {
-        QVERIFY(m_player->unsentBytes() < 100); // the rest of one line
+        QVERIFY(player->unsentBytes() < 100); // the rest of one line
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 }
@@ -419,28 +418,28 @@ void TestPlayerSimulator::floodDoesNotPileUpWhenNobodyReads()
 
 void TestPlayerSimulator::unplugHangsUpTheLine()
 {
-    QSignalSpy unplugged(m_player.get(), &PlayerSimulator::unplugged);
+    QSignalSpy unplugged(player.get(), &PlayerSimulator::unplugged);
     link();
-    QVERIFY(!m_host->isHungUp());
-    m_player->unplug();
-    QVERIFY(m_host->isHungUp());
-    QVERIFY(!m_player->isPluggedIn());
-    QVERIFY(!m_player->linked());
+    QVERIFY(!host->isHungUp());
+    player->unplug();
+    QVERIFY(host->isHungUp());
+    QVERIFY(!player->isPluggedIn());
+    QVERIFY(!player->linked());
     QVERIFY(!QFileInfo(linkPath()).isSymLink());
-    m_player->unplug();
+    player->unplug();
     QCOMPARE(unplugged.size(), 1);
 }
 
 void TestPlayerSimulator::plugsInAgainAtTheSameLink()
 {
-    QSignalSpy pluggedIn(m_player.get(), &PlayerSimulator::pluggedIn);
+    QSignalSpy pluggedIn(player.get(), &PlayerSimulator::pluggedIn);
     link();
-    m_player->unplug();
-    QVERIFY(m_player->plugIn(linkPath()));
+    player->unplug();
+    QVERIFY(player->plugIn(linkPath()));
     QCOMPARE(pluggedIn.size(), 1);
-    QCOMPARE(m_player->portPath(), linkPath());
-    QVERIFY(m_host->isHungUp()); // the old line stays dead
-    QVERIFY(m_host->open(linkPath()));
+    QCOMPARE(player->portPath(), linkPath());
+    QVERIFY(host->isHungUp()); // the old line stays dead
+    QVERIFY(host->open(linkPath()));
     offer(goldenFrame(), needHello);
     link();
     offer(goldenFrame(), rxOk);
@@ -448,50 +447,50 @@ void TestPlayerSimulator::plugsInAgainAtTheSameLink()
 
 void TestPlayerSimulator::halfAFrameGoesWithTheCable()
 {
-    m_host->write(goldenFrame().first(10));
-    QTRY_COMPARE(m_player->counts().bytesReceived, 10);
-    m_player->unplug();
-    QVERIFY(m_player->plugIn(linkPath()));
-    QVERIFY(m_host->open(linkPath()));
+    host->write(goldenFrame().first(10));
+    QTRY_COMPARE(player->counts().bytesReceived, 10);
+    player->unplug();
+    QVERIFY(player->plugIn(linkPath()));
+    QVERIFY(host->open(linkPath()));
     offer(hello + goldenFrame(), ok + rxOk);
-    QCOMPARE(m_player->checksumErrors(), 0);
+    QCOMPARE(player->checksumErrors(), 0);
 }
 
 void TestPlayerSimulator::vanishesAtTheNthFrameAndReturns()
 {
-    QSignalSpy pluggedIn(m_player.get(), &PlayerSimulator::pluggedIn);
+    QSignalSpy pluggedIn(player.get(), &PlayerSimulator::pluggedIn);
     link();
-    behave({.vanishAfterFrames = 2, .returnAfterMs = 20});
+    behave({.vanishAfterFrames = 2, .returnAfter = 20ms});
     offer(goldenFrame(), rxOk);
-    m_host->write(goldenFrame());
-    QTRY_VERIFY(m_host->isHungUp());
-    QCOMPARE(m_player->frames().size(), 2);
-    QVERIFY(!m_player->frames()[1].answered);
+    host->write(goldenFrame());
+    QTRY_VERIFY(host->isHungUp());
+    QCOMPARE(player->frames().size(), 2);
+    QVERIFY(!player->frames()[1].answered);
     QTRY_COMPARE(pluggedIn.size(), 1);
-    QVERIFY(m_host->open(linkPath()));
+    QVERIFY(host->open(linkPath()));
     link();
     offer(goldenFrame(), rxOk);
-    m_host->write(goldenFrame());
-    QTRY_VERIFY(m_host->isHungUp());
+    host->write(goldenFrame());
+    QTRY_VERIFY(host->isHungUp());
 }
 
 void TestPlayerSimulator::vanishedPlayerStaysAway()
 {
     link();
     behave({.vanishAfterFrames = 1});
-    m_host->write(goldenFrame() + goldenFrame());
-    QTRY_VERIFY(m_host->isHungUp());
-    QVERIFY(!m_player->isPluggedIn());
+    host->write(goldenFrame() + goldenFrame());
+    QTRY_VERIFY(host->isHungUp());
+    QVERIFY(!player->isPluggedIn());
     // Nothing is left that could bring it back: no timer, no notifier, no frame to handle.
-    QCOMPARE(m_player->frames().size(), 1);
-    QVERIFY(m_player->plugIn(linkPath()));
+    QCOMPARE(player->frames().size(), 1);
+    QVERIFY(player->plugIn(linkPath()));
 }
 
 void TestPlayerSimulator::deletedPlayerIsUnplugged()
 {
-    QSignalSpy unplugged(m_player.get(), &PlayerSimulator::unplugged);
-    m_player.reset();
-    QVERIFY(m_host->isHungUp());
+    QSignalSpy unplugged(player.get(), &PlayerSimulator::unplugged);
+    player.reset();
+    QVERIFY(host->isHungUp());
     QVERIFY(!QFileInfo(linkPath()).isSymLink());
     QCOMPARE(unplugged.size(), 0);
 }
@@ -499,14 +498,14 @@ void TestPlayerSimulator::deletedPlayerIsUnplugged()
 void TestPlayerSimulator::unpluggingWhileAFrameIsHandledIsSafe()
 {
     link();
-    connect(m_player.get(), &PlayerSimulator::frameAccepted, m_player.get(), [this] {
-        m_player->unplug();
-        m_player->plugIn(linkPath());
+    connect(player.get(), &PlayerSimulator::frameAccepted, player.get(), [this] {
+        player->unplug();
+        player->plugIn(linkPath());
     });
-    m_host->write(goldenFrame() + goldenFrame());
-    QTRY_VERIFY(m_host->isHungUp());
-    QCOMPARE(m_player->frames().size(), 1);
-    QVERIFY(m_host->open(linkPath()));
+    host->write(goldenFrame() + goldenFrame());
+    QTRY_VERIFY(host->isHungUp());
+    QCOMPARE(player->frames().size(), 1);
+    QVERIFY(host->open(linkPath()));
     link();
 }
 
@@ -516,26 +515,26 @@ void TestPlayerSimulator::unpluggedPlayerHoldsNoDescriptor()
         const std::filesystem::directory_iterator all("/dev/fd");
         return std::distance(begin(all), end(all));
     };
-    m_host->close();
-    m_player->unplug();
+    host->close();
+    player->unplug();
     const auto unplugged = descriptors();
-    QVERIFY(m_player->plugIn());
-    QVERIFY(m_player->portPath().startsWith(QStringLiteral("/dev/")));
+    QVERIFY(player->plugIn());
+    QVERIFY(player->portPath().startsWith(QStringLiteral("/dev/")));
     QCOMPARE(descriptors(), unplugged + 2);
-    m_player->unplug();
-    QVERIFY(m_player->portPath().isEmpty());
+    player->unplug();
+    QVERIFY(player->portPath().isEmpty());
     QCOMPARE(descriptors(), unplugged);
 }
 
 void TestPlayerSimulator::linkLeftBehindIsReplaced()
 {
-    const QString path = m_directory->filePath(QStringLiteral("old"));
+    const QString path = directory->filePath(QStringLiteral("old"));
     const QString terminal = QFileInfo(linkPath()).symLinkTarget();
     QFile gone(terminal + QStringLiteral("99999"));
     QVERIFY(gone.link(path));
     PlayerSimulator second;
     QVERIFY2(second.plugIn(path), qPrintable(second.errorString()));
-    QVERIFY(m_host->open(path));
+    QVERIFY(host->open(path));
     offer(hello, ok);
     QCOMPARE(second.helloCount(), 1);
 }
@@ -552,13 +551,13 @@ void TestPlayerSimulator::foreignFileIsNotReplaced_data()
 void TestPlayerSimulator::foreignFileIsNotReplaced()
 {
     QFETCH(QString, kind);
-    QFile file(m_directory->filePath(QStringLiteral("file")));
+    QFile file(directory->filePath(QStringLiteral("file")));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(file.link(m_directory->filePath(QStringLiteral("link"))));
-    QFile nothing(m_directory->filePath(QStringLiteral("nothing")));
-    QVERIFY(nothing.link(m_directory->filePath(QStringLiteral("dangling"))));
+    QVERIFY(file.link(directory->filePath(QStringLiteral("link"))));
+    QFile nothing(directory->filePath(QStringLiteral("nothing")));
+    QVERIFY(nothing.link(directory->filePath(QStringLiteral("dangling"))));
 
-    const QString path = m_directory->filePath(kind);
+    const QString path = directory->filePath(kind);
     const QFileInfo before(path);
     const QString target = before.symLinkTarget();
     PlayerSimulator second;
@@ -573,34 +572,34 @@ void TestPlayerSimulator::linkTakenOverByAnotherStays()
 {
     PlayerSimulator second;
     QVERIFY(second.plugIn(linkPath()));
-    m_player->unplug();
-    QVERIFY(m_host->open(linkPath()));
+    player->unplug();
+    QVERIFY(host->open(linkPath()));
     offer(hello, ok);
     QCOMPARE(second.helloCount(), 1);
 }
 
 void TestPlayerSimulator::secondPlugInFails()
 {
-    QVERIFY(!m_player->plugIn(linkPath()));
-    QVERIFY(!m_player->errorString().isEmpty());
+    QVERIFY(!player->plugIn(linkPath()));
+    QVERIFY(!player->errorString().isEmpty());
     offer(hello, ok);
 }
 
 void TestPlayerSimulator::failedReturnIsReported()
 {
-    QSignalSpy failed(m_player.get(), &PlayerSimulator::returnFailed);
-    QSignalSpy unplugged(m_player.get(), &PlayerSimulator::unplugged);
+    QSignalSpy failed(player.get(), &PlayerSimulator::returnFailed);
+    QSignalSpy unplugged(player.get(), &PlayerSimulator::unplugged);
     link();
-    behave({.vanishAfterFrames = 1, .returnAfterMs = 1});
-    connect(m_player.get(), &PlayerSimulator::unplugged, this, [this] {
+    behave({.vanishAfterFrames = 1, .returnAfter = 1ms});
+    connect(player.get(), &PlayerSimulator::unplugged, this, [this] {
         QFile file(linkPath());
         QVERIFY(file.open(QIODevice::WriteOnly));
     });
-    m_host->write(goldenFrame());
+    host->write(goldenFrame());
     QTRY_COMPARE(failed.size(), 1);
     QVERIFY(failed[0][0].toString().contains(linkPath()));
     QCOMPARE(unplugged.size(), 1);
-    QVERIFY(!m_player->isPluggedIn());
+    QVERIFY(!player->isPluggedIn());
 }
 
 // The line and the records
@@ -610,107 +609,105 @@ void TestPlayerSimulator::noEchoAfterTheLastUserHasClosed()
     for (int time = 0; time < 3; ++time) {
         offer(hello, ok);
         // Text from the device while nobody listens is what cooked mode would send back.
-        m_host->close();
-        m_player->say(QByteArrayLiteral("line\n"));
+        host->close();
+        player->say(QByteArrayLiteral("line\n"));
         QCoreApplication::processEvents();
-        QVERIFY(m_host->open(linkPath()));
-        QTRY_COMPARE(m_host->received(), QByteArrayLiteral("line\n"));
+        QVERIFY(host->open(linkPath()));
+        QTRY_COMPARE(host->received(), QByteArrayLiteral("line\n"));
     }
     offer(goldenFrame(), rxOk);
-    QCOMPARE(m_player->received(), hello + hello + hello + goldenFrame());
-    QCOMPARE(m_player->unknownBytes(), 0);
+    QCOMPARE(player->received(), hello + hello + hello + goldenFrame());
+    QCOMPARE(player->unknownBytes(), 0);
 }
 
 void TestPlayerSimulator::pausedPlayerMakesTheHostWait()
 {
     link();
-    m_player->setPaused(true);
+    player->setPaused(true);
     QByteArray bytes;
-    for (quint16 number = 0; number < 20'000; ++number) {
+    for (quint16 number = 0; number < 20'000; ++number)
         bytes += numberedFrame(number);
-    }
-    const qint64 taken = m_host->write(bytes);
+    const qint64 taken = host->write(bytes);
     QVERIFY2(taken > 0 && taken < bytes.size(), QByteArray::number(taken).constData());
     QCoreApplication::processEvents();
-    QCOMPARE(m_player->received(), hello);
+    QCOMPARE(player->received(), hello);
 
-    m_player->setPaused(false);
-    QTRY_COMPARE(m_player->counts().bytesReceived, hello.size() + taken);
-    QCOMPARE(m_player->frames().size(), taken / 20);
-    QTRY_COMPARE(m_host->received().size(), taken / 20 * rxOk.size());
+    player->setPaused(false);
+    QTRY_COMPARE(player->counts().bytesReceived, hello.size() + taken);
+    QCOMPARE(player->frames().size(), taken / 20);
+    QTRY_COMPARE(host->received().size(), taken / 20 * rxOk.size());
 }
 
 void TestPlayerSimulator::textBeyondTheLinesRoomArrivesComplete()
 {
     QByteArray text;
-    for (int i = 0; text.size() < 1'000'000; ++i) {
+    for (int i = 0; text.size() < 1'000'000; ++i)
         text += QByteArray::number(i) + '\n';
-    }
-    m_player->say(text);
-    QVERIFY(m_player->unsentBytes() > 0);
-    m_player->say(QByteArrayLiteral("end\n"));
-    QTRY_COMPARE(m_host->received().size(), text.size() + 4);
-    QCOMPARE(m_host->received(), text + "end\n");
-    QCOMPARE(m_player->unsentBytes(), 0);
+    player->say(text);
+    QVERIFY(player->unsentBytes() > 0);
+    player->say(QByteArrayLiteral("end\n"));
+    QTRY_COMPARE(host->received().size(), text.size() + 4);
+    QCOMPARE(host->received(), text + "end\n");
+    QCOMPARE(player->unsentBytes(), 0);
     offer(hello, ok);
 }
 
 void TestPlayerSimulator::recordsStayWithinTheirBound()
 {
     link();
-    m_player->setKeepRecords(3);
+    player->setKeepRecords(3);
     for (quint16 number = 1; number <= 20; ++number) {
         offer(numberedFrame(number), rxOk);
-        QVERIFY(m_player->frames().size() <= 3);
+        QVERIFY(player->frames().size() <= 3);
     }
-    QCOMPARE(m_player->frames().size(), 3);
-    QCOMPARE(m_player->frames().first().number, 18);
-    QCOMPARE(m_player->received(), numberedFrame(18) + numberedFrame(19) + numberedFrame(20));
-    QCOMPARE(m_player->counts().framesAccepted, 20);
-    QCOMPARE(m_player->counts().bytesReceived, 12 + 20 * 20);
-    m_player->setKeepRecords(0);
+    QCOMPARE(player->frames().size(), 3);
+    QCOMPARE(player->frames().first().number, 18);
+    QCOMPARE(player->received(), numberedFrame(18) + numberedFrame(19) + numberedFrame(20));
+    QCOMPARE(player->counts().framesAccepted, 20);
+    QCOMPARE(player->counts().bytesReceived, 12 + 20 * 20);
+    player->setKeepRecords(0);
     offer(goldenFrame(), rxOk);
-    QVERIFY(m_player->frames().isEmpty());
-    QVERIFY(m_player->received().isEmpty());
+    QVERIFY(player->frames().isEmpty());
+    QVERIFY(player->received().isEmpty());
 }
 
 void TestPlayerSimulator::forgettingKeepsTheSession()
 {
     link();
     offer(goldenFrame(), rxOk);
-    m_player->forget();
-    QVERIFY(m_player->frames().isEmpty());
-    QVERIFY(m_player->received().isEmpty());
-    QCOMPARE(m_player->helloCount(), 0);
-    QCOMPARE(m_player->counts().framesArrived, 0);
+    player->forget();
+    QVERIFY(player->frames().isEmpty());
+    QVERIFY(player->received().isEmpty());
+    QCOMPARE(player->helloCount(), 0);
+    QCOMPARE(player->counts().framesArrived, 0);
     offer(goldenFrame(), rxOk);
-    QCOMPARE(m_player->frames().size(), 1);
+    QCOMPARE(player->frames().size(), 1);
 }
 
 void TestPlayerSimulator::theBooksBalance()
 {
     link();
-    m_player->forget();
+    player->forget();
     behave({.dropProbability = 0.2,
             .badChecksumProbability = 0.2,
             .ac39FailProbability = 0.2,
             .needHelloProbability = 0.2});
     for (quint16 number = 1; number <= 200; ++number) {
-        m_host->write(number % 7 == 0 ? damaged(numberedFrame(number)) : numberedFrame(number));
-        QTRY_COMPARE(m_player->counts().framesArrived, number);
-        if (!m_player->linked()) {
-            m_host->write(hello);
-            QTRY_VERIFY(m_player->linked());
+        host->write(number % 7 == 0 ? damaged(numberedFrame(number)) : numberedFrame(number));
+        QTRY_COMPARE(player->counts().framesArrived, number);
+        if (!player->linked()) {
+            host->write(hello);
+            QTRY_VERIFY(player->linked());
         }
     }
-    const qx::SimulatorCounts &counts = m_player->counts();
+    const qx::SimulatorCounts &counts = player->counts();
     QCOMPARE(counts.rxOkSent + counts.needHelloSent + counts.badChecksumSent + counts.ac39FailSent +
                  counts.framesUnanswered,
              200);
     QCOMPARE(counts.checksumErrors, 200 / 7);
-    QCOMPARE(m_player->frames().size(), counts.framesAccepted);
+    QCOMPARE(player->frames().size(), counts.framesAccepted);
     const auto seen = [this](const QByteArray &line) {
-        return ('\n' + m_host->received()).count('\n' + line);
+        return ('\n' + host->received()).count('\n' + line);
     };
     QTRY_COMPARE(seen(ok), counts.okSent);
     QTRY_COMPARE(seen(rxOk), counts.rxOkSent);

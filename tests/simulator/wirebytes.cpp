@@ -19,9 +19,8 @@ QByteArray numberedFrame(quint16 number)
     frame[7] = static_cast<char>(number >> 8);
     frame[8] = static_cast<char>(number & 0xFF);
     char checksum = 0;
-    for (const char byte : std::as_const(frame)) {
+    for (const char byte : std::as_const(frame))
         checksum = static_cast<char>(checksum ^ byte);
-    }
     return frame + checksum;
 }
 
