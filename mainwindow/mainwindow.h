@@ -28,7 +28,6 @@ class QPushButton;
 class QSpinBox;
 class QTimer;
 class QToolButton;
-class QTranslator;
 class QVideoWidget;
 QT_END_NAMESPACE
 
@@ -38,7 +37,6 @@ class LogView;
 class MediaTransport;
 class PlayerPanel;
 class SerialController;
-class SteadyLayout;
 
 /// Four colour levels; whoever writes them clamps them to 0..255.
 struct RgbwLevels
@@ -262,8 +260,6 @@ private:
     void showStatus(const QString &message, std::chrono::milliseconds lifetime);
     void throttlePainting();
 
-    SteadyLayout *statusLayout = nullptr; ///< of the status group
-
     // ---- retranslation.cpp: language menu, every text ----------------------------------------
 public:
     void createLanguageMenu();
@@ -272,12 +268,10 @@ public:
 
 private:
     void readLanguage();
-    void translateQtTexts(); ///< context menus and the file dialog, where Qt's translations are
     void retranslateNavigation();
     void retranslateGroups();
     void retranslateAccessibleNames();
 
-    QTranslator *qtTexts = nullptr;
     QMenu *languageMenu = nullptr;
     QActionGroup *languageGroup = nullptr;
     QAction *languageChineseAction = nullptr;

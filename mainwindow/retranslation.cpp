@@ -48,6 +48,16 @@ void setTitleOf(const QWidget *window, const QString &name, UiText text)
         group->setTitle(Language::text(text));
 }
 
+// Context menus, the file dialog: in the language of the interface where Qt's translations are.
+void translateQtTexts(QObject *window)
+{
+    delete window->findChild<QTranslator *>();
+    auto *texts = new QTranslator(window);
+    if (texts->load(QStringLiteral("qtbase_") + Language::code(Language::current()),
+                    QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(texts);
+}
+
 } // namespace
 
 void MainWindow::readLanguage()
@@ -55,16 +65,7 @@ void MainWindow::readLanguage()
     const QSettings settings;
     const QString code = settings.value(languageKey(), QStringLiteral("zh_CN")).toString();
     Language::setCurrent(Language::fromCode(code));
-    translateQtTexts();
-}
-
-void MainWindow::translateQtTexts()
-{
-    delete qtTexts;
-    qtTexts = new QTranslator(this);
-    if (qtTexts->load(QStringLiteral("qtbase_") + Language::code(Language::current()),
-                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(qtTexts);
+    translateQtTexts(this);
 }
 
 void MainWindow::createLanguageMenu()
@@ -97,7 +98,7 @@ void MainWindow::setLanguage(UiLanguage language)
     if (language == Language::current())
         return;
     Language::setCurrent(language);
-    translateQtTexts();
+    translateQtTexts(this);
     languageChineseAction->setChecked(language == UiLanguage::Chinese);
     languageEnglishAction->setChecked(language == UiLanguage::English);
     QSettings settings;
@@ -126,7 +127,7 @@ void MainWindow::retranslateUi()
     updateFramePreview();
     updateLocalStatus();
     updateTrafficLabel();
-    statusLayout->relayout();
+    findChild<SteadyLayout *>()->relayout();
     showStatus(Language::text(UiText::SelectPortStatus).arg(version()), lifetimes::untilReplaced);
 }
 

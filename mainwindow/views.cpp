@@ -67,7 +67,7 @@ void MainWindow::throttlePainting()
 {
     auto *throttle = new PaintThrottle(this);
     connect(throttle, &PaintThrottle::aboutToPaint, logView, &LogView::prepareToPaint);
-    statusLayout = new SteadyLayout(statusValueLabels.first()->parentWidget());
+    new SteadyLayout(statusValueLabels.first()->parentWidget());
 }
 
 } // namespace qx

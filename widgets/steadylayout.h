@@ -17,6 +17,8 @@ namespace qx {
 /// when more than such a text has changed.
 class SteadyLayout : public QObject
 {
+    Q_OBJECT
+
 public:
     /// Becomes a child of the widget, which has a layout.
     explicit SteadyLayout(QWidget *widget);
