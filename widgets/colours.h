@@ -21,6 +21,8 @@ inline constexpr QColor dimText{0xa8, 0xad, 0xb0};
 inline constexpr QColor faintText{0x74, 0x7a, 0x7e}; ///< disabled
 inline constexpr QColor accent{0x14, 0x79, 0xe8};
 inline constexpr QColor brightAccent{0x29, 0x94, 0xff}; ///< focus
+inline constexpr QColor softAccent{0x78, 0xb8, 0xff};   ///< connected, what waits or is repeated
+inline constexpr QColor alarm{0x9b, 0x4d, 0x55};        ///< what is wrong
 inline constexpr QColor light{0xc4, 0xc7, 0xc8};        ///< the upper end of the Pause button
 inline constexpr QColor lightShade{0x93, 0x99, 0x9d};   ///< its lower end
 inline constexpr QColor onLight{0x1a, 0x1c, 0x1e};      ///< symbols on a light button

@@ -17,7 +17,7 @@ LogLayout::LogLayout(QTextDocument *document)
     document->setDocumentLayout(this);
 }
 
-bool LogLayout::append(const QString &line)
+bool LogLayout::append(const QString &line, const QTextCharFormat &format)
 {
     const QScopedValueRollback guard(appending, true);
     const bool caughtUp = newFrom < 0;
@@ -29,7 +29,7 @@ bool LogLayout::append(const QString &line)
     cursor.setPosition(end); // movePosition() would lay out the last line
     if (end > 0)
         cursor.insertBlock({}, {});
-    cursor.insertText(line, {});
+    cursor.insertText(line, format);
     dropOldest(cursor);
     cursor.endEditBlock();
     return caughtUp;

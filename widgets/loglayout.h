@@ -3,6 +3,7 @@
 
 #include <QPlainTextDocumentLayout>
 #include <QString>
+#include <QTextCharFormat>
 
 QT_BEGIN_NAMESPACE
 class QTextCursor;
@@ -22,7 +23,7 @@ public:
 
     /// Adds a line, which has no line breaks, at the end of the document, and removes the oldest
     /// one if the document's maximum is exceeded. True if it is the first since catchUp().
-    bool append(const QString &line);
+    bool append(const QString &line, const QTextCharFormat &format = {});
 
     /// Lays out the lines that were added since. False if there were none.
     bool catchUp();

@@ -8,6 +8,8 @@
 #include <QDateTime>
 #include <QScrollBar>
 #include <QStringBuilder>
+#include <QTextBlock>
+#include <QTextCharFormat>
 #include <QTextDocument>
 
 #include <utility>
@@ -27,11 +29,27 @@ constexpr char16_t otherSeparators[] = {0x2028, 0x2029, 0xfdd0, 0xfdd1};
 // An entry stays one line, whatever a device or a file name puts into it.
 QString onOneLine(QString message)
 {
-    message.replace(u'\n', QChar(0x240A)); // the visible symbols of the two characters
-    message.replace(u'\r', QChar(0x240D));
+    for (QChar &c : message) {
+        if (c < u' ')
+            c = QChar(0x2400 + c.unicode()); // the visible symbol of a control character
+        else if (c == QChar(0x7f))
+            c = QChar(0x2421);
+    }
     for (const char16_t separator : otherSeparators)
         message.replace(QChar(separator), u' ');
     return message;
+}
+
+QTextCharFormat formatOf(const QString &channel)
+{
+    QTextCharFormat format;
+    if (channel == QLatin1String("ERR")) {
+        format.setForeground(colours::text);
+        format.setBackground(colours::alarm);
+    } else if (channel == QLatin1String("RETRY") || channel == QLatin1String("WAIT")) {
+        format.setForeground(colours::softAccent);
+    }
+    return format;
 }
 
 } // namespace
@@ -58,8 +76,9 @@ void LogView::appendEntry(const QString &channel, const QString &message)
 {
     ++newEntries;
     const bool first = logLayout->append(u'[' % timeStamp() % u"] " %
-                                         channel.leftJustified(channelWidth, u' ', true) % u' ' %
-                                         onOneLine(message));
+                                             channel.leftJustified(channelWidth, u' ', true) %
+                                             u' ' % onOneLine(message),
+                                         formatOf(channel));
     if (!rushes || newEntries <= readableEntries || !isVisible())
         layOutNewEntries();
     else if (first)
@@ -81,7 +100,7 @@ QString LogView::timeStamp()
 void LogView::layOutNewEntries()
 {
     if (logLayout->catchUp())
-        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+        verticalScrollBar()->setValue(endPosition());
 }
 
 void LogView::prepareToPaint()
@@ -95,11 +114,17 @@ void LogView::stayAtEnd()
 {
     QScrollBar *scrollBar = verticalScrollBar();
     connect(scrollBar, &QScrollBar::valueChanged, this,
-            [this, scrollBar](int value) { atEnd = value == scrollBar->maximum(); });
-    connect(scrollBar, &QScrollBar::rangeChanged, this, [this, scrollBar](int, int maximum) {
+            [this](int value) { atEnd = value >= endPosition(); });
+    connect(scrollBar, &QScrollBar::rangeChanged, this, [this, scrollBar] {
         if (atEnd)
-            scrollBar->setValue(maximum);
+            scrollBar->setValue(endPosition());
     });
+}
+
+// The scroll bar counts lines.
+int LogView::endPosition() const
+{
+    return qMin(verticalScrollBar()->maximum(), document()->lastBlock().firstLineNumber());
 }
 
 } // namespace qx
