@@ -61,7 +61,8 @@ QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }
 )";
 
 // What lies in a group shows the group's surface, tells when it is disabled, and where the
-// keyboard is. The spin boxes and combo boxes paint their arrows themselves.
+// keyboard is, unless the mouse is over it. The spin boxes and combo boxes paint their arrows
+// themselves.
 const char groupSheet[] = R"(
 QLabel, QCheckBox { background: transparent; }
 QLabel#valueLabel { selection-background-color: #1479e8; selection-color: #f1f3f5; }
@@ -76,16 +77,21 @@ QComboBox::drop-down { border: none; width: 20px; }
 QComboBox QAbstractItemView { border: 1px solid #3b4045; selection-background-color: #163b63;
     outline: none; }
 QPushButton:disabled { color: #747a7e; background: #191c1f; border-color: #3b4045; }
-QPushButton:focus, QComboBox:focus, QLineEdit:focus, QSpinBox:focus, QPlainTextEdit:focus,
-QCheckBox::indicator:focus { border-color: #2994ff; }
-QPushButton#primaryButton:focus, QPushButton#sendFrameButton:focus,
-QCheckBox::indicator:checked:focus { border-color: #f1f3f5; }
+QPushButton:focus:!hover, QComboBox:focus, QLineEdit:focus, QSpinBox:focus, QPlainTextEdit:focus,
+QCheckBox::indicator:focus:!hover { border-color: #2994ff; }
+QPushButton#primaryButton:focus:!hover, QPushButton#sendFrameButton:focus:!hover,
+QCheckBox::indicator:checked:focus:!hover { border-color: #f1f3f5; }
 QCheckBox:focus { color: #f1f3f5; }
+QMenu { background: #191c1f; border: 1px solid #3b4045; }
+QMenu::item:selected { background: #163b63; }
+QMenu::item:disabled { color: #747a7e; background: transparent; }
+QMenu::separator { height: 1px; background: #3b4045; margin: 4px 8px; }
+QToolTip { background: #202428; color: #f1f3f5; border: 1px solid #3b4045; }
 )";
 
 const char navigationSheet[] = "QLabel { background: transparent; }"
-                               "QToolButton:focus { border-color: #2994ff; }"
-                               "QToolButton:checked:focus { border-color: #f1f3f5; }";
+                               "QToolButton:focus:!hover { border-color: #2994ff; }"
+                               "QToolButton:checked:focus:!hover { border-color: #f1f3f5; }";
 
 const char menuSheet[] = "QMenuBar::item:selected, QMenuBar::item:pressed { background: #202428; }"
                          "QMenu { background: #191c1f; border: 1px solid #3b4045; }"
