@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/version.h"
+#include "process/endsignals.h"
 
 #include <QApplication>
 #include <QFontDatabase>
 #include <QIcon>
 #include <QPixmap>
+#include <QPointer>
 
 namespace {
 
@@ -17,6 +19,19 @@ void preferSimplifiedChinese(const QFont &font)
         font.family(), {QFontInfo(font).family(), QStringLiteral("Noto Sans CJK SC"),
                         QStringLiteral("PingFang SC"), QStringLiteral("Microsoft YaHei UI")});
 }
+
+// Where the display is lost Qt ends the process by exit(), which destroys nothing of main's; the
+// port is to be free for others then, too.
+struct PortRelease
+{
+    QPointer<qx::MainWindow> window;
+
+    ~PortRelease()
+    {
+        if (window)
+            window->releasePort();
+    }
+};
 
 } // namespace
 
@@ -33,6 +48,10 @@ int main(int argc, char *argv[])
     preferSimplifiedChinese(font);
 
     qx::MainWindow window;
+    static const PortRelease release{&window};
+    const qx::EndSignals endSignals;
+    QObject::connect(&endSignals, &qx::EndSignals::endRequested, &application,
+                     [] { QCoreApplication::exit(0); }); // out of any dialog too
     window.show();
     return QApplication::exec();
 }

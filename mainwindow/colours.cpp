@@ -65,11 +65,14 @@ void MainWindow::restoreConfiguredRgbwForPlayback()
     rgbwZeroedByStop = false;
 }
 
-void MainWindow::zeroRgbwForStop()
+bool MainWindow::zeroRgbwForStop()
 {
-    rememberConfiguredRgbw();
+    const bool first = !rgbwZeroedByStop;
+    if (first)
+        configuredRgbw = rgbwFromEditors();
     rgbwZeroedByStop = true;
     setRgbwEditors({});
+    return first;
 }
 
 void MainWindow::rgbwEdited(qint32 RgbwLevels::*channel, int level)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, editors: the frame being edited, its preview, frames typed by hand.
-// Owns editorsSyncing, totalIsTyped and finishedTotal.
+// Owns editorsSyncing.
 #include "mainwindow/hexscan.h"
 #include "mainwindow/mainwindow.h"
+#include "widgets/arrowboxes.h"
 #include "widgets/playerpanel.h"
 
 #include <QLineEdit>
@@ -112,30 +113,27 @@ void MainWindow::sendManualFrame()
     manualFrameEdit->selectAll();
 }
 
-// The current-frame editor reaches the last frame of a longer file, else playback would stick.
 void MainWindow::setTotal(int total)
 {
-    frameSpin->setMaximum(std::max({standardTotal, total, frameSpin->value()}));
+    fitFrameMaximum();
     playerPanel->setTotalFrames(total);
     playerPanel->setCurrentFrame(frameSpin->value());
-    if (!std::exchange(totalIsTyped, false))
-        finishedTotal = total;
 }
 
-void MainWindow::noteTypedTotal()
+// The current-frame editor reaches the last frame of a longer file, else playback would stick. A
+// frame beyond a total that has fallen stays where it is.
+void MainWindow::fitFrameMaximum()
 {
-    totalIsTyped = true;
+    const int maximum = std::max({standardTotal, totalSpin->value(), frameSpin->value()});
+    if (frameSpin->maximum() != maximum) // setting it lays out the group again
+        frameSpin->setMaximum(maximum);
 }
 
-void MainWindow::finishTotal()
+void MainWindow::takeTypedNumbers()
 {
-    finishedTotal = totalSpin->value();
-}
-
-// While the operator types a number, its first digit alone does not end a show that is playing.
-int MainWindow::lastFrame() const
-{
-    return std::max(totalSpin->value(), finishedTotal);
+    const auto boxes = findChildren<ArrowSpinBox *>();
+    for (ArrowSpinBox *box : boxes)
+        box->takeTyped();
 }
 
 } // namespace qx

@@ -12,7 +12,9 @@
 #include "widgets/literalbutton.h"
 #include "widgets/logview.h"
 #include "widgets/navigationbutton.h"
+#include "widgets/plaintooltip.h"
 #include "widgets/playerpanel.h"
+#include "widgets/singleclickbutton.h"
 #include "widgets/valuelabel.h"
 
 #include <QAbstractItemView>
@@ -68,6 +70,37 @@ QGroupBox *namedGroup(const QString &name)
     auto *group = new QGroupBox;
     group->setObjectName(name);
     return group;
+}
+
+// `ratio`: pixels of the screen for each of ours, so that the logo has as many.
+QLabel *createBrandLabel(qreal ratio)
+{
+    QLabel *brand = namedLabel(QStringLiteral("brandLabel"));
+    brand->setAlignment(Qt::AlignCenter);
+    brand->setFixedSize(92, 72);
+    brand->setAccessibleName(QStringLiteral("Corvessa product logo"));
+    QPixmap logo(QStringLiteral(":/assets/logo1_dark.png"));
+    if (logo.isNull()) {
+        brand->setText(QStringLiteral("QX"));
+        return brand;
+    }
+    logo = logo.scaled(QSize(56, 56) * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    logo.setDevicePixelRatio(ratio);
+    brand->setPixmap(logo);
+    return brand;
+}
+
+QSpinBox *addSpin(QGridLayout *grid, int row, int column, const QString &label, int maximum,
+                  int columnSpan = 1)
+{
+    auto *caption = new QLabel(label);
+    auto *spin = new ArrowSpinBox;
+    spin->setRange(0, maximum);
+    spin->setAccessibleName(label);
+    caption->setBuddy(spin);
+    grid->addWidget(caption, row, column);
+    grid->addWidget(spin, row, column + 1, 1, columnSpan);
+    return spin;
 }
 
 } // namespace
@@ -140,7 +173,7 @@ QFrame *MainWindow::createNavigation()
     auto *layout = new QVBoxLayout(navigation);
     layout->setContentsMargins(10, 16, 10, 16);
     layout->setSpacing(8);
-    layout->addWidget(createBrandLabel());
+    layout->addWidget(createBrandLabel(devicePixelRatioF()));
 
     const auto add = [this, layout](const QString &name, const QString &iconPath, bool checked) {
         QToolButton *button = createNavigationButton(QString(), iconPath, checked);
@@ -177,24 +210,6 @@ QFrame *MainWindow::createNavigation()
     versionLabel->setText(QStringLiteral("V%1").arg(version()));
     layout->addWidget(versionLabel);
     return navigation;
-}
-
-QLabel *MainWindow::createBrandLabel()
-{
-    QLabel *brand = namedLabel(QStringLiteral("brandLabel"));
-    brand->setAlignment(Qt::AlignCenter);
-    brand->setFixedSize(92, 72);
-    brand->setAccessibleName(QStringLiteral("Corvessa product logo"));
-    QPixmap logo(QStringLiteral(":/assets/logo1_dark.png"));
-    if (logo.isNull()) {
-        brand->setText(QStringLiteral("QX"));
-        return brand;
-    }
-    const qreal ratio = devicePixelRatioF(); // as many pixels as the screen has
-    logo = logo.scaled(QSize(56, 56) * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    logo.setDevicePixelRatio(ratio);
-    brand->setPixmap(logo);
-    return brand;
 }
 
 QToolButton *MainWindow::createNavigationButton(const QString &text, const QString &iconPath,
@@ -242,7 +257,8 @@ QGroupBox *MainWindow::createConnectionGroup()
     // Takes the room that is there: its own wish would leave too little to the longest link text.
     portCombo->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     portCombo->view()->setTextElideMode(Qt::ElideRight); // the port's name comes first
-    connect(portCombo, &QComboBox::currentTextChanged, portCombo, &QWidget::setToolTip);
+    connect(portCombo, &QComboBox::currentTextChanged, portCombo,
+            [this](const QString &port) { portCombo->setToolTip(plainToolTip(port)); });
     portCaption->setBuddy(portCombo);
     refreshPortsButton = new QPushButton;
     grid->addWidget(portCaption, 0, 0);
@@ -253,7 +269,7 @@ QGroupBox *MainWindow::createConnectionGroup()
     hostSettingsCombo = new ArrowComboBox;
     hostSettingsCombo->addItem(QStringLiteral("115200 / 8N1"), 115200);
     hostCaption->setBuddy(hostSettingsCombo);
-    connectButton = namedButton(new QPushButton, QStringLiteral("primaryButton"));
+    connectButton = namedButton(new SingleClickButton, QStringLiteral("primaryButton"));
     connectButton->setMinimumWidth(connectWidth);
     grid->addWidget(hostCaption, 1, 0);
     grid->addWidget(hostSettingsCombo, 1, 1);
@@ -264,6 +280,7 @@ QGroupBox *MainWindow::createConnectionGroup()
     linkIndicator->setFixedSize(12, 12);
     setLamp(false);
     linkStatusLabel = new QLabel;
+    linkStatusLabel->setTextFormat(Qt::PlainText);
     linkStatusLabel->setMinimumWidth(1); // a long text must not widen the column
     auto *lampRow = new QHBoxLayout;
     lampRow->setContentsMargins(0, 0, 0, 0);
@@ -318,19 +335,6 @@ void MainWindow::createFrameEditors(QGridLayout *grid)
     whiteSpin->setObjectName(QStringLiteral("whiteSpin"));
 }
 
-QSpinBox *MainWindow::addSpin(QGridLayout *grid, int row, int column, const QString &label,
-                              int maximum, int columnSpan)
-{
-    auto *caption = new QLabel(label);
-    auto *spin = new ArrowSpinBox;
-    spin->setRange(0, maximum);
-    spin->setAccessibleName(label);
-    caption->setBuddy(spin);
-    grid->addWidget(caption, row, column);
-    grid->addWidget(spin, row, column + 1, 1, columnSpan);
-    return spin;
-}
-
 QGroupBox *MainWindow::createDeviceStatusGroup()
 {
     QGroupBox *group = namedGroup(QStringLiteral("deviceStatusGroup"));
@@ -352,8 +356,7 @@ QGroupBox *MainWindow::createDeviceStatusGroup()
         auto *value = new ValueLabel;
         value->setObjectName(QStringLiteral("valueLabel"));
         value->setText(text);
-        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        value->setTextFormat(Qt::PlainText);
+        caption->setBuddy(value);
         prepareFrameDisplay(value, colours::surface);
         statusValueLabels.append(value);
         grid->addWidget(caption, row, 0);

@@ -4,7 +4,9 @@
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/messagelifetimes.h"
 #include "serial/serialcontroller.h"
+#include "widgets/plaintooltip.h"
 #include "widgets/playerpanel.h"
+#include "widgets/valuelabel.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -203,13 +205,15 @@ void MainWindow::setDemoMode(bool enabled)
 void MainWindow::showLink(const QString &channel, const QString &handshake)
 {
     linkStatusLabel->setText(channel);
-    linkStatusLabel->setToolTip(channel);
+    linkStatusLabel->setToolTip(plainToolTip(channel));
     if (!handshake.isEmpty())
-        statusValueLabels.at(1)->setText(handshake);
+        statusValueLabels.at(1)->showValue(handshake);
 }
 
 void MainWindow::setLamp(bool lit)
 {
+    linkIndicator->setAccessibleName(
+        Language::text(lit ? UiText::Connected : UiText::NotConnected));
     linkIndicator->setStyleSheet(lit ? QStringLiteral("background:#1479e8;border-radius:6px;")
                                      : QStringLiteral("background:#747a7e;border-radius:6px;"));
 }

@@ -2,11 +2,12 @@
 // MainWindow, construction: the order of start-up reads here from top to bottom.
 #include "mainwindow/mainwindow.h"
 
+#include "media/mediatransport.h"
 #include "serial/serialcontroller.h"
 #include "widgets/playerpanel.h"
 
 #include <QCheckBox>
-#include <QMediaPlayer>
+#include <QSignalBlocker>
 #include <QSpinBox>
 #include <QTimer>
 
@@ -47,10 +48,18 @@ MainWindow::MainWindow(QWidget *parent)
 // lost the focus), and by then half of this window is gone.
 MainWindow::~MainWindow()
 {
-    for (QObject *source :
-         {static_cast<QObject *>(serialController), static_cast<QObject *>(playerPanel),
-          static_cast<QObject *>(mediaPlayer), static_cast<QObject *>(totalSpin)})
+    QObjectList sources{serialController, playerPanel, mediaTransport};
+    for (QSpinBox *box :
+         {headerSpin, frameSpin, totalSpin, redSpin, greenSpin, blueSpin, whiteSpin})
+        sources.append(box);
+    for (QObject *source : std::as_const(sources))
         source->disconnect(this);
+}
+
+void MainWindow::releasePort()
+{
+    const QSignalBlocker quiet(serialController);
+    serialController->close();
 }
 
 } // namespace qx

@@ -37,6 +37,7 @@ class LogView;
 class MediaTransport;
 class PlayerPanel;
 class SerialController;
+class ValueLabel;
 
 /// Four colour levels; whoever writes them clamps them to 0..255.
 struct RgbwLevels
@@ -60,6 +61,9 @@ public:
     /// Starts in the stored language and in offline demo mode.
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override; ///< sends nothing to the device
+
+    /// Closes the port without a word, for a process that ends without destroying the window.
+    void releasePort();
 
     // ---- link.cpp: port, handshake, replies, demo mode ---------------------------------------
 public:
@@ -109,6 +113,7 @@ public:
 private:
     void transmitDemoFrame(const QByteArray &frame);
     void offerAgain(const QByteArray &frame);
+    bool isLineBusy() const; ///< a frame is in flight, or waits to be offered again
     void releasePendingFrame();
     void requeueInFlightFrame();
     void clearFrames();
@@ -117,6 +122,7 @@ private:
 
     QByteArray inFlightFrame;   ///< written and not answered yet; empty: none
     QByteArray pendingFrame;    ///< the newest frame that waits; empty: none
+    int framesToOffer = 0;      ///< taken out of pendingFrame, offered on the next turn
     int ackRetries = 0;         ///< retransmissions of the frame in flight, 0..2
     QTimer *ackTimer = nullptr; ///< single-shot, 800 ms after each write
     quint64 framesSucceeded = 0;
@@ -138,6 +144,7 @@ private:
     bool canPlay() const;
     void refusePlayback();
     void startPlaybackTimer();
+    void resendStopped();
     void followWithStop();
     void chooseFile(int index);
     void changeInterval(int ms);
@@ -147,7 +154,7 @@ private:
 
     QTimer *playbackTimer = nullptr; ///< repeating, the panel's interval
     bool resumeAfterSeek = false;    ///< the timer ran when the slider was grabbed
-    bool stopFollows = false;        ///< Stop came while a frame waited for the handshake
+    bool stopFollows = false;        ///< Stop was pressed while there was no handshake
 
     // ---- editors.cpp: the frame being edited, frames typed by hand ---------------------------
 public:
@@ -164,14 +171,11 @@ public:
 
 private:
     void setTotal(int total);
-    void noteTypedTotal();
-    void finishTotal();
-    int lastFrame() const;                      ///< of the sequence that is playing
+    void fitFrameMaximum();
+    void takeTypedNumbers();
     ControlFrame outgoingFrame(bool *ok) const; ///< of the editors; dark while stopped
 
     bool editorsSyncing = false; ///< setRgbwEditors() is writing
-    bool totalIsTyped = false;   ///< the change that comes next is a key of the operator
-    int finishedTotal = 1800;    ///< before the operator began to type another
 
     // ---- colours.cpp: the operator's colour levels, kept across runs and stops ---------------
 public:
@@ -181,7 +185,7 @@ public:
     void restoreConfiguredRgbwForPlayback();
 
 private:
-    void zeroRgbwForStop();
+    bool zeroRgbwForStop(); ///< whether the levels are the operator's, still to be stored
     void rgbwEdited(qint32 RgbwLevels::*channel, int level);
 
     RgbwLevels configuredRgbw;     ///< the operator's levels
@@ -209,9 +213,6 @@ private:
     void setUpWindow();
     void createWidgets();
     QWidget *createContent();
-    QLabel *createBrandLabel();
-    QSpinBox *addSpin(QGridLayout *grid, int row, int column, const QString &label, int maximum,
-                      int columnSpan = 1);
     void createFrameEditors(QGridLayout *grid);
 
     PlayerPanel *playerPanel = nullptr;
@@ -232,7 +233,7 @@ private:
     QSpinBox *whiteSpin = nullptr;
     QLineEdit *reservedEdit = nullptr;
     QLineEdit *completeFrameEdit = nullptr;
-    QList<QLabel *> statusValueLabels; ///< seven rows
+    QList<ValueLabel *> statusValueLabels; ///< seven rows
     LogView *logView = nullptr;
     QLineEdit *manualFrameEdit = nullptr;
     QPushButton *sendHexButton = nullptr;
@@ -316,7 +317,13 @@ public:
 
 private:
     void repeatMedia();
+    using MediaCall = void (MainWindow::*)();
+    void requestMedia(MediaCall call); ///< the last request counts
+    void tellMedia(); ///< what was requested, once the frame that belongs to it is out
+    void tellMediaNow();
 
+    MediaCall mediaRequest = nullptr;   ///< what the media is to be told after the frame
+    int mediaRequestNumber = 0;         ///< of the last one
     qint64 mediaTargetPositionMs = 0;   ///< where playback last asked the media to be
     bool mediaSeekWarningShown = false; ///< once per run
     bool mediaRepeatInProgress = false;

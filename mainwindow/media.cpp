@@ -4,6 +4,7 @@
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/messagelifetimes.h"
 #include "media/mediatransport.h"
+#include "widgets/plaintooltip.h"
 
 #include <QAudioOutput>
 #include <QFileDialog>
@@ -92,7 +93,7 @@ void MainWindow::updateMediaNavigation()
     const QString toolTip =
         selectedMediaPath.isEmpty() ? hint : QStringLiteral("%1\n%2").arg(hint, selectedMediaPath);
     mediaBrowseButton->setText(Language::text(UiText::NavBrowse));
-    mediaBrowseButton->setToolTip(toolTip);
+    mediaBrowseButton->setToolTip(plainToolTip(toolTip));
     mediaBrowseButton->setAccessibleName(Language::text(UiText::NavBrowse));
     mediaBrowseButton->setAccessibleDescription(toolTip);
 }

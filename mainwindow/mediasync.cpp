@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // MainWindow, media sync: the loaded media follows play, pause, stop and seek.
-// Owns mediaTargetPositionMs, mediaSeekWarningShown and mediaRepeatInProgress.
+// Owns mediaTargetPositionMs, mediaSeekWarningShown, mediaRepeatInProgress and what the media is to
+// be told after the frames.
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/messagelifetimes.h"
 #include "media/frametime.h"
@@ -8,10 +9,20 @@
 #include "widgets/playerpanel.h"
 
 #include <QMediaPlayer>
+#include <QTimer>
 #include <QUrl>
 #include <QVideoWidget>
 
+#include <chrono>
+#include <utility>
+
 namespace qx {
+
+namespace {
+
+constexpr std::chrono::milliseconds framePatience{100};
+
+} // namespace
 
 bool MainWindow::hasSelectedMedia() const
 {
@@ -37,6 +48,7 @@ void MainWindow::stopSelectedMedia()
 {
     if (!mediaPlayer)
         return;
+    mediaRequest = nullptr; // what was asked for before has no say any more
     mediaTargetPositionMs = 0;
     mediaTransport->stop();
     if (mediaVideoWidget && !mediaIsVideo)
@@ -47,6 +59,7 @@ void MainWindow::seekSelectedMedia(int frame)
 {
     if (!hasSelectedMedia() || playerPanel->playbackState() != PlaybackState::Paused)
         return;
+    tellMediaNow(); // the pause that comes first
     mediaTargetPositionMs = mediaPositionForFrame(frame);
     if (mediaTransport->seek(mediaTargetPositionMs) || mediaSeekWarningShown)
         return;
@@ -58,6 +71,34 @@ qint64 MainWindow::mediaPositionForFrame(int frame) const
 {
     return framePosition(frame, playerPanel ? playerPanel->intervalMs() : 1,
                          mediaPlayer ? mediaTransport->durationMs() : 0);
+}
+
+// Frames before media: an audio server, a disk or a backend that hangs keeps this thread for as
+// long as it hangs, so the player gets its frame before the media is told anything.
+void MainWindow::requestMedia(MediaCall call)
+{
+    mediaRequest = call;
+    ++mediaRequestNumber;
+}
+
+void MainWindow::tellMedia()
+{
+    const bool frameWaits =
+        isUsbTransmissionReady() && (!pendingFrame.isEmpty() || framesToOffer > 0);
+    if (!frameWaits) {
+        tellMediaNow();
+        return;
+    }
+    QTimer::singleShot(framePatience, Qt::PreciseTimer, this, [this, number = mediaRequestNumber] {
+        if (number == mediaRequestNumber)
+            tellMediaNow();
+    });
+}
+
+void MainWindow::tellMediaNow()
+{
+    if (const auto call = std::exchange(mediaRequest, nullptr))
+        (this->*call)();
 }
 
 void MainWindow::repeatMedia()

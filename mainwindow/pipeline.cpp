@@ -89,10 +89,21 @@ void MainWindow::finishPendingFrame(bool success, const QString &message)
         offerAgain(std::exchange(pendingFrame, {}));
 }
 
-// On the next turn of the event loop, so that reply, outcome and next write do not nest.
+// On the next turn of the event loop, so that reply, outcome and next write do not nest. Until then
+// the frame holds its place: no step may slip in before it.
 void MainWindow::offerAgain(const QByteArray &frame)
 {
-    QTimer::singleShot(0, this, [this, frame] { transmitFrame(frame); });
+    ++framesToOffer;
+    QTimer::singleShot(0, this, [this, frame] {
+        --framesToOffer;
+        transmitFrame(frame);
+        tellMedia();
+    });
+}
+
+bool MainWindow::isLineBusy() const
+{
+    return !isDemo() && (!inFlightFrame.isEmpty() || framesToOffer > 0);
 }
 
 void MainWindow::releasePendingFrame()

@@ -3,6 +3,7 @@
 // Owns playbackTimer, resumeAfterSeek and stopFollows. The state itself lives in the player panel,
 // the frame number in the current-frame editor.
 #include "mainwindow/mainwindow.h"
+#include "serial/serialcontroller.h"
 #include "widgets/playerpanel.h"
 
 #include <QSpinBox>
@@ -31,17 +32,19 @@ void MainWindow::startPlayback()
 {
     if (!canPlay())
         return refusePlayback();
-    finishTotal();
+    takeTypedNumbers();
     restoreConfiguredRgbwForPlayback();
+    stopFollows = false;
     playerPanel->setPlaybackState(PlaybackState::Playing);
     startPlaybackTimer();
-    playSelectedMedia();
     updateLocalStatus();
     updateFramePreview();
+    requestMedia(&MainWindow::playSelectedMedia);
     if (isUsbTransmissionReady())
         sendCurrentFrame();
     else
         appendLog(QStringLiteral("MEDIA"), Language::text(UiText::MediaWithoutUsb));
+    tellMedia();
 }
 
 void MainWindow::pausePlayback()
@@ -49,56 +52,63 @@ void MainWindow::pausePlayback()
     if (!canPlay())
         return refusePlayback();
     const bool ready = isUsbTransmissionReady();
+    stopFollows = false;
     playerPanel->setPlaybackState(PlaybackState::Paused);
     playbackTimer->setInterval(playerPanel->intervalMs());
     if (ready)
         playbackTimer->start();
     else
         playbackTimer->stop();
-    pauseSelectedMedia();
     updateLocalStatus();
     updateFramePreview();
+    requestMedia(&MainWindow::pauseSelectedMedia);
     if (ready) {
         sendCurrentFrame();
         appendLog(QStringLiteral("SYS"), Language::text(UiText::PausedResending));
     }
+    tellMedia();
 }
 
 void MainWindow::stopPlayback(bool resendStopFrame)
 {
-    stopSelectedMedia();
     if (!playerPanel || !frameSpin) {
         playbackTimer->stop();
+        stopSelectedMedia();
         return;
     }
     playerPanel->setPlaybackState(PlaybackState::Stopped);
     frameSpin->setValue(0);
     playerPanel->setCurrentFrame(0);
-    if (resendStopFrame)
-        zeroRgbwForStop();
+    const bool keepsLevels = resendStopFrame && zeroRgbwForStop();
     updateLocalStatus();
     updateFramePreview();
     const bool sends = resendStopFrame && isUsbTransmissionReady();
-    stopFollows = resendStopFrame && !sends && !pendingFrame.isEmpty();
-    if (!sends) {
+    stopFollows = resendStopFrame && !sends && serialController->isOpen();
+    requestMedia(&MainWindow::stopSelectedMedia);
+    if (sends) {
+        resendStopped();
+    } else {
         playbackTimer->stop();
         resumeAfterSeek = false; // the line may be lost while the slider is held
-        return;
     }
+    tellMedia();
+    if (keepsLevels) // writing them may take its time: the frame is out by now
+        persistConfiguredRgbw();
+}
+
+void MainWindow::resendStopped()
+{
     startPlaybackTimer();
     sendCurrentFrame();
     appendLog(QStringLiteral("SYS"), Language::text(UiText::StoppedResendingZero));
 }
 
-// A frame that waited for the handshake has just gone out, and it may be lit; but Stop was pressed
-// meanwhile.
+// Stop was pressed while there was no handshake: now that it is complete the player is to end dark,
+// whatever waited for it and may be lit.
 void MainWindow::followWithStop()
 {
-    if (!std::exchange(stopFollows, false) ||
-        playerPanel->playbackState() != PlaybackState::Stopped)
-        return;
-    startPlaybackTimer();
-    appendLog(QStringLiteral("SYS"), Language::text(UiText::StoppedResendingZero));
+    if (std::exchange(stopFollows, false))
+        resendStopped();
 }
 
 void MainWindow::playbackTick()
@@ -106,11 +116,11 @@ void MainWindow::playbackTick()
     const PlaybackState state = playerPanel->playbackState();
     if (state == noPlaybackState)
         return;
-    if (!isDemo() && !inFlightFrame.isEmpty())
+    if (isLineBusy())
         return;
     if (state == PlaybackState::Playing) {
         const int frame = frameSpin->value();
-        const bool atEnd = frame >= lastFrame();
+        const bool atEnd = frame >= totalSpin->value();
         if (atEnd && !playerPanel->repeatEnabled()) {
             stopPlayback(true);
             return;

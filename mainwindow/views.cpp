@@ -5,6 +5,7 @@
 #include "widgets/paintthrottle.h"
 #include "widgets/playerpanel.h"
 #include "widgets/steadylayout.h"
+#include "widgets/valuelabel.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -28,11 +29,11 @@ void MainWindow::updateLocalStatus()
         return;
     const ControlFrame frame = outgoingFrame(nullptr);
     const auto number = [](int value) { return QString::number(value); };
-    statusValueLabels.at(2)->setText(Protocol::playbackStateText(playerPanel->playbackState()));
-    statusValueLabels.at(3)->setText(number(headerSpin->value()));
-    statusValueLabels.at(4)->setText(
+    statusValueLabels.at(2)->showValue(Protocol::playbackStateText(playerPanel->playbackState()));
+    statusValueLabels.at(3)->showValue(number(headerSpin->value()));
+    statusValueLabels.at(4)->showValue(
         QStringLiteral("%1 / %2").arg(number(frame.frame), number(totalSpin->value())));
-    statusValueLabels.at(5)->setText(
+    statusValueLabels.at(5)->showValue(
         QStringLiteral("%1 / %2 / %3 / %4")
             .arg(number(frame.red), number(frame.green), number(frame.blue), number(frame.white)));
 }
@@ -40,9 +41,9 @@ void MainWindow::updateLocalStatus()
 void MainWindow::updateTrafficLabel()
 {
     const auto number = [](quint64 value) { return QString::number(value); };
-    statusValueLabels.at(6)->setText(u"TX " % number(txBytes) % u" B / RX " % number(rxBytes) %
-                                     u" B · OK " % number(framesSucceeded) % u" / FAIL " %
-                                     number(framesFailed));
+    statusValueLabels.at(6)->showValue(u"TX " % number(txBytes) % u" B / RX " % number(rxBytes) %
+                                       u" B · OK " % number(framesSucceeded) % u" / FAIL " %
+                                       number(framesFailed));
 }
 
 void MainWindow::showStatus(const QString &message, std::chrono::milliseconds lifetime)

@@ -21,10 +21,11 @@ constexpr std::chrono::milliseconds handshakeInterval{1000};
 
 } // namespace
 
-// Coarse timers would run up to 5 % off the interval that the operator set.
+// Coarse timers would run up to 5 % off.
 void MainWindow::setUpTimers()
 {
     handshakeTimer->setInterval(handshakeInterval);
+    handshakeTimer->setTimerType(Qt::PreciseTimer);
     ackTimer->setSingleShot(true);
     ackTimer->setTimerType(Qt::PreciseTimer);
     playbackTimer->setTimerType(Qt::PreciseTimer);
@@ -82,11 +83,11 @@ void MainWindow::connectEditors()
         connect(spin, &QSpinBox::valueChanged, this, reaction);
     };
     onEdit(headerSpin, [this](int index) { playerPanel->setFileIndex(index, QString()); });
-    onEdit(frameSpin, [this](int frame) { playerPanel->setCurrentFrame(frame); });
+    onEdit(frameSpin, [this](int frame) {
+        fitFrameMaximum();
+        playerPanel->setCurrentFrame(frame);
+    });
     onEdit(totalSpin, [this](int total) { setTotal(total); });
-    connect(totalSpin->findChild<QLineEdit *>(), &QLineEdit::textEdited, this,
-            &MainWindow::noteTypedTotal);
-    connect(totalSpin, &QSpinBox::editingFinished, this, &MainWindow::finishTotal);
     onEdit(redSpin, [this](int level) { rgbwEdited(&RgbwLevels::red, level); });
     onEdit(greenSpin, [this](int level) { rgbwEdited(&RgbwLevels::green, level); });
     onEdit(blueSpin, [this](int level) { rgbwEdited(&RgbwLevels::blue, level); });

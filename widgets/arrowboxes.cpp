@@ -3,9 +3,14 @@
 
 #include "widgets/colours.h"
 
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionSpinBox>
 #include <QStylePainter>
+#include <QWheelEvent>
+
+#include <utility>
 
 namespace qx {
 
@@ -28,6 +33,71 @@ void drawArrow(QPainter &painter, const QRectF &button, qreal height, bool enabl
 
 } // namespace
 
+ArrowSpinBox::ArrowSpinBox(QWidget *parent)
+    : QSpinBox(parent)
+{
+    setKeyboardTracking(false);
+    setFocusPolicy(Qt::StrongFocus); // not by the wheel
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this] { typing = true; });
+}
+
+// Once the text is no longer protected, Qt's own taking finds it where it was typed.
+void ArrowSpinBox::takeTyped()
+{
+    if (std::exchange(typing, false))
+        interpretText();
+}
+
+void ArrowSpinBox::giveUpTyped()
+{
+    typing = false;
+    setValue(value()); // writes its text
+}
+
+void ArrowSpinBox::stepBy(int steps)
+{
+    takeTyped(); // Qt forgets the text once the program has set a value
+    QSpinBox::stepBy(steps);
+}
+
+QString ArrowSpinBox::textFromValue(int number) const
+{
+    return typing && number == value() ? lineEdit()->text() : QSpinBox::textFromValue(number);
+}
+
+void ArrowSpinBox::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        takeTyped();
+        break;
+    case Qt::Key_Escape:
+        if (typing) {
+            giveUpTyped();
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    QSpinBox::keyPressEvent(event);
+}
+
+void ArrowSpinBox::focusOutEvent(QFocusEvent *event)
+{
+    takeTyped();
+    QSpinBox::focusOutEvent(event);
+}
+
+void ArrowSpinBox::wheelEvent(QWheelEvent *event)
+{
+    if (hasFocus())
+        QSpinBox::wheelEvent(event);
+    else
+        event->ignore();
+}
+
 void ArrowSpinBox::paintEvent(QPaintEvent *event)
 {
     QSpinBox::paintEvent(event);
@@ -41,6 +111,20 @@ void ArrowSpinBox::paintEvent(QPaintEvent *event)
     drawArrow(painter, button(QStyle::SC_SpinBoxUp), arrowHeight, steps.testFlag(StepUpEnabled));
     drawArrow(painter, button(QStyle::SC_SpinBoxDown), -arrowHeight,
               steps.testFlag(StepDownEnabled));
+}
+
+ArrowComboBox::ArrowComboBox(QWidget *parent)
+    : QComboBox(parent)
+{
+    setFocusPolicy(Qt::StrongFocus); // not by the wheel
+}
+
+void ArrowComboBox::wheelEvent(QWheelEvent *event)
+{
+    if (hasFocus())
+        QComboBox::wheelEvent(event);
+    else
+        event->ignore();
 }
 
 void ArrowComboBox::paintEvent(QPaintEvent *)

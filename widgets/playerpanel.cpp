@@ -3,6 +3,7 @@
 
 #include "i18n/language.h"
 #include "widgets/colours.h"
+#include "widgets/dragslider.h"
 #include "widgets/framedisplay.h"
 #include "widgets/toggleswitch.h"
 #include "widgets/transportbutton.h"
@@ -100,6 +101,7 @@ QSize PlayerPanel::sizeHint() const
 QLabel *PlayerPanel::makeLabel(const QString &text, const QRect &rect, int pointSize, bool bold)
 {
     auto *label = new QLabel(text, this);
+    label->setTextFormat(Qt::PlainText); // a port may have any name
     label->setGeometry(rect);
     QFont font = label->font();
     font.setPointSize(pointSize);
@@ -157,7 +159,7 @@ void PlayerPanel::createSliders()
     positionLabel = makeLabel(QString(), QRect(224, 331, 160, 30), 10, true);
     positionLabel->setAlignment(Qt::AlignCenter);
     prepareFrameDisplay(positionLabel, colours::surface);
-    seekSlider = new QSlider(Qt::Horizontal, this);
+    seekSlider = new DragSlider(Qt::Horizontal, this);
     seekSlider->setObjectName(QStringLiteral("frameSeekSlider"));
     seekSlider->setGeometry(38, 356, 480, 42);
     seekSlider->setRange(0, 0);
@@ -165,7 +167,7 @@ void PlayerPanel::createSliders()
     prepareFrameDisplay(seekSlider, colours::surface);
     timeCaption = makeLabel(QString(), QRect(24, 419, 62, 34), 10, true);
     timeCaption->setAlignment(Qt::AlignCenter);
-    intervalSlider = new QSlider(Qt::Horizontal, this);
+    intervalSlider = new DragSlider(Qt::Horizontal, this);
     intervalSlider->setGeometry(86, 414, 395, 42);
     intervalSlider->setRange(shortestInterval, longestInterval);
     intervalSlider->setValue(defaultInterval);
