@@ -138,7 +138,8 @@ def media():
     if subprocess.run(["gst-launch-1.0", "-q", *pipeline.split()], stdout=subprocess.DEVNULL,
                       stderr=subprocess.DEVNULL).returncode:
         return print("Media: skipped, gst-launch-1.0 could not make a video here")
-    row("Longest time between beats of 30 ms, ms", "load", "play", "stop", "load, playing")
+    row("Longest time between beats of 30 ms, ms", "load", "play", "stop",
+        "seek, paused", "load, playing")
     bare = json.loads(subprocess.run(on_screen([MEDIA, "bare", video]), env=environment,
                                      stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
                                      check=True).stdout)

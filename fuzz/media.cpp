@@ -2,10 +2,14 @@
 // Any bytes as a media file, loaded and played for a moment.
 #include "fuzz/fuzzwindow.h"
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QMediaPlayer>
 #include <QMessageBox>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -32,9 +36,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
 
     qx::fuzz::require(window->loadMediaFile(path));
     auto *player = window->findChild<QMediaPlayer *>(QStringLiteral("mediaPlayer"));
-    QElapsedTimer clock;
-    clock.start();
-    while (player->mediaStatus() == QMediaPlayer::LoadingMedia && clock.elapsed() < 1000)
+    const QDeadlineTimer patience(1s);
+    while (player->mediaStatus() == QMediaPlayer::LoadingMedia && !patience.hasExpired())
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     window->startPlayback();
     QCoreApplication::processEvents(QEventLoop::AllEvents, 20);

@@ -6,9 +6,13 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QGroupBox>
 #include <QPushButton>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -18,9 +22,8 @@ QPushButton *connectButton;
 
 bool waitUntil(const auto &condition)
 {
-    QElapsedTimer clock;
-    clock.start();
-    while (!condition() && clock.elapsed() < 5000)
+    const QDeadlineTimer patience(5s);
+    while (!condition() && !patience.hasExpired())
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     return condition();
 }

@@ -24,6 +24,9 @@ constexpr std::chrono::milliseconds handshakeInterval{1000};
 // Coarse timers would run up to 5 % off.
 void MainWindow::setUpTimers()
 {
+    handshakeTimer->setObjectName(QStringLiteral("handshakeTimer"));
+    ackTimer->setObjectName(QStringLiteral("ackTimer"));
+    playbackTimer->setObjectName(QStringLiteral("playbackTimer"));
     handshakeTimer->setInterval(handshakeInterval);
     handshakeTimer->setTimerType(Qt::PreciseTimer);
     ackTimer->setSingleShot(true);

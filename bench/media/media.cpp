@@ -1,22 +1,20 @@
 // SPDX-License-Identifier: MIT
-// How long loading, starting and stopping a video holds up the thread that sends the frames:
+// How long loading, starting, stopping and seeking a video holds up the thread that sends the
+// frames:
 //
 //   bench_media bare FILE          the media objects alone, asked without any care
 //   bench_media window PORT FILE   the complete window, which plays at 30 ms
 //
 // Beats are a timer's or the frames that are written, each 30 ms. Writes one line of JSON: for each
 // action the longest time between two beats, in milliseconds.
-#include "mainwindow/mainwindow.h"
+#include "bench/linkedwindow.h"
 #include "serial/serialcontroller.h"
 #include "widgets/playerpanel.h"
 
 #include <QApplication>
 #include <QAudioOutput>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QElapsedTimer>
 #include <QMediaPlayer>
-#include <QPushButton>
 #include <QTimer>
 #include <QUrl>
 #include <QVideoWidget>
@@ -33,6 +31,7 @@ namespace {
 
 constexpr auto interval = 30ms;
 constexpr auto settling = 700ms; // after an action, until the next one
+constexpr auto dragStep = 5ms;
 constexpr int rounds = 10;
 
 class Beats
@@ -62,12 +61,23 @@ struct Actions
 {
     std::function<void()> load;
     std::function<void()> play;
+    std::function<void()> pause;
     std::function<void()> stop;
+    std::function<void(int frame)> seek;
 };
+
+// As a hand drags the slider over ten frames.
+void drag(const Actions &actions)
+{
+    for (int frame = 10; frame <= 20; ++frame) {
+        actions.seek(frame);
+        wait(dragStep);
+    }
+}
 
 void measure(const Actions &actions, Beats &beats)
 {
-    double worst[4] = {};
+    double worst[5] = {};
     const auto take = [&](const std::function<void()> &action, double &longest) {
         beats.forget();
         action();
@@ -78,12 +88,18 @@ void measure(const Actions &actions, Beats &beats)
         take(actions.load, worst[0]);
         take(actions.play, worst[1]);
         take(actions.stop, worst[2]);
+        for (const auto &action : {actions.play, actions.pause}) {
+            action();
+            wait(settling);
+        }
+        take([&] { drag(actions); }, worst[3]);
         actions.play();
         wait(settling);
-        take(actions.load, worst[3]);
+        take(actions.load, worst[4]);
     }
-    std::printf("{\"load\": %.1f, \"play\": %.1f, \"stop\": %.1f, \"loadWhilePlaying\": %.1f}\n",
-                worst[0], worst[1], worst[2], worst[3]);
+    std::printf("{\"load\": %.1f, \"play\": %.1f, \"stop\": %.1f, \"seekWhilePaused\": %.1f, "
+                "\"loadWhilePlaying\": %.1f}\n",
+                worst[0], worst[1], worst[2], worst[3], worst[4]);
 }
 
 void bare(const QString &file)
@@ -103,18 +119,16 @@ void bare(const QString &file)
         player.setSource(QUrl());
         player.setSource(QUrl::fromLocalFile(file));
     };
-    measure({load, [&] { player.play(); }, [&] { player.stop(); }}, beats);
+    measure({load, [&] { player.play(); }, [&] { player.pause(); }, [&] { player.stop(); },
+             [&](int frame) { player.setPosition(frame * interval.count()); }},
+            beats);
 }
 
-void inWindow(const QString &file)
+void inWindow(const QString &portPath, const QString &file)
 {
     qx::MainWindow window;
     window.show();
-    window.findChild<QCheckBox *>()->setChecked(false);
-    window.refreshPorts(true);
-    window.findChild<QPushButton *>(QStringLiteral("primaryButton"))->click();
-    while (!window.isUsbTransmissionReady())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    qx::bench::link(window, portPath);
     auto *panel = window.findChild<qx::PlayerPanel *>();
     panel->setIntervalMs(static_cast<int>(interval.count()));
     panel->setRepeatEnabled(true);
@@ -124,7 +138,9 @@ void inWindow(const QString &file)
     window.startPlayback();
     const auto load = [&] { window.loadMediaFile(file); };
     const auto stop = [&] { window.stopPlayback(true); };
-    measure({load, [&] { window.startPlayback(); }, stop}, beats);
+    measure({load, [&] { window.startPlayback(); }, [&] { window.pausePlayback(); }, stop,
+             [&](int frame) { window.seekSelectedMedia(frame); }},
+            beats);
 }
 
 } // namespace
@@ -138,8 +154,7 @@ int main(int argc, char *argv[])
     if (arguments.value(1) == QLatin1String("bare") && arguments.size() == 3) {
         bare(arguments.at(2));
     } else if (arguments.value(1) == QLatin1String("window") && arguments.size() == 4) {
-        qputenv("TESSALY_SERIAL_PORTS", arguments.at(2).toLocal8Bit());
-        inWindow(arguments.at(3));
+        inWindow(arguments.at(2), arguments.at(3));
     } else {
         std::fprintf(stderr, "usage: bench_media bare FILE | window PORT FILE\n");
         return 2;

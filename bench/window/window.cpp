@@ -8,21 +8,18 @@
 //   bench_window start-empty                   the same for an empty one with the media objects
 //
 // Writes one line of JSON about this process; the device's side has the times of the frames.
-#include "mainwindow/mainwindow.h"
+#include "bench/linkedwindow.h"
 #include "serial/serialcontroller.h"
+#include "tests/support/eventcounter.h"
+#include "tests/support/finding.h"
+#include "tests/support/residentmemory.h"
 #include "widgets/playerpanel.h"
 
 #include <QApplication>
 #include <QAudioOutput>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QGroupBox>
-#include <QLabel>
 #include <QMediaPlayer>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QSpinBox>
 #include <QTimer>
 #include <QVideoWidget>
@@ -31,6 +28,8 @@
 #include <cstdlib>
 #include <ctime>
 #include <sys/resource.h>
+
+using qx::test::EventCounter;
 
 namespace {
 
@@ -46,29 +45,8 @@ double processorSeconds()
 
 long residentKib()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (QByteArray line = status.readLine(); !line.isEmpty(); line = status.readLine()) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return 0;
+    return static_cast<long>(qx::test::residentBytes() / 1024);
 }
-
-class PaintingCounter : public QObject
-{
-public:
-    explicit PaintingCounter(QWidget *widget) { widget->installEventFilter(this); }
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        count += event->type() == QEvent::Paint;
-        return false;
-    }
-};
 
 class Session
 {
@@ -77,22 +55,13 @@ public:
         : window(window)
         , controller(window.findChild<qx::SerialController *>())
     {
-        auto *group = window.findChild<QGroupBox *>(QStringLiteral("connectionGroup"));
-        group->findChild<QCheckBox *>()->setChecked(false);
-        window.refreshPorts(true);
-        auto *ports = group->findChild<QComboBox *>();
-        ports->setCurrentIndex(ports->findData(portPath));
-        window.findChild<QPushButton *>(QStringLiteral("primaryButton"))->click();
-        while (!window.isUsbTransmissionReady())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        qx::bench::link(window, portPath);
     }
 
     void loop(int frames)
     {
-        PaintingCounter paintings(window.findChild<QPlainTextEdit *>()->viewport());
-        auto *spin = window.findChild<QGroupBox *>(QStringLiteral("frameGroup"))
-                         ->findChildren<QSpinBox *>()
-                         .at(1);
+        EventCounter paintings(window.findChild<QPlainTextEdit *>()->viewport(), QEvent::Paint);
+        auto *spin = qx::test::spokenAs<QSpinBox>(window, QStringLiteral("Frame"));
         window.findChild<qx::PlayerPanel *>()->setPlaybackState(qx::PlaybackState::Playing);
         QElapsedTimer clock;
         int sent = 0;
@@ -128,7 +97,7 @@ public:
         auto *panel = window.findChild<qx::PlayerPanel *>();
         panel->setIntervalMs(intervalMs);
         panel->setRepeatEnabled(true);
-        PaintingCounter paintings(window.findChild<QPlainTextEdit *>()->viewport());
+        EventCounter paintings(window.findChild<QPlainTextEdit *>()->viewport(), QEvent::Paint);
         const double processor = processorSeconds();
         window.startPlayback();
         QTimer::singleShot(seconds * 1000, &window, &QCoreApplication::quit);
@@ -214,7 +183,6 @@ int main(int argc, char *argv[])
                      "usage: bench_window loop PORT FRAMES | play[-hidden] PORT MS SECONDS\n");
         return 2;
     }
-    qputenv("TESSALY_SERIAL_PORTS", arguments.at(2).toLocal8Bit());
     qx::MainWindow window;
     if (!hidden)
         window.show();

@@ -9,10 +9,9 @@
 #include "tests/support/stage.h"
 #include "widgets/paintthrottle.h"
 
-#include <QAction>
 #include <QDir>
 #include <QFile>
-#include <QFontDatabase>
+#include <QFontInfo>
 #include <QIcon>
 #include <QMainWindow>
 #include <QSignalSpy>
@@ -61,9 +60,7 @@ private:
 void TestJourney::initTestCase()
 {
     takeIdentity();
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setPointSize(10);
-    QApplication::setFont(font);
+    const QFont font = takeFont();
     QFont::insertSubstitutions(font.family(),
                                {QFontInfo(font).family(), QStringLiteral("Noto Sans CJK SC")});
 }
@@ -103,10 +100,10 @@ void TestJourney::anEveningAtThePlayer()
     };
     for (const auto &[name, stop] : stops) {
         (this->*stop)();
-        if (QTest::currentTestFailed())
+        if (QTest::currentTestFailed()) {
             qWarning("The journey ended at: %s", name);
-        if (QTest::currentTestFailed())
             break;
+        }
     }
     hand.reset();
     window.reset();
@@ -129,10 +126,7 @@ void TestJourney::startUp()
 
 void TestJourney::playOffline()
 {
-    hand->type(hand->red(), 200);
-    hand->type(hand->green(), 100);
-    hand->type(hand->blue(), 50);
-    hand->type(hand->white(), 25);
+    hand->typeLevels(200, 100, 50, 25);
     hand->click(hand->play());
     QTRY_VERIFY(hand->frame()->value() >= 3);
     QVERIFY(hand->log("RX").contains(QStringLiteral("QXUSB RX OK  (DEMO)")));
@@ -170,6 +164,7 @@ void TestJourney::pauseAndSeek()
 {
     hand->click(hand->pause());
     const int held = hand->frame()->value();
+    QTRY_COMPARE(device->frames().last().number, held);
     device->forget();
     QTRY_VERIFY(device->frames().size() >= 3);
     QCOMPARE(device->frames().last().number, held);
@@ -203,7 +198,7 @@ void TestJourney::replayAShortFile()
     hand->type(hand->total(), 4);
     hand->click(hand->replay());
     QVERIFY(hand->panel()->repeatEnabled());
-    QTest::qWait(0);
+    QTRY_COMPARE(device->frames().last().red, 0); // what follows is of the next pass
     device->forget();
     hand->click(hand->play());
     QTRY_VERIFY(device->frames().size() >= 13);
@@ -233,9 +228,11 @@ void TestJourney::stopDark()
     hand->click(hand->play());
     QTRY_COMPARE(device->frames().last().red, 200);
     hand->click(hand->stopZero());
+    const PrintedFrame dark{};
+    QTRY_COMPARE(device->frames().last(), dark);
     device->forget();
     QTRY_VERIFY(device->frames().size() >= 3);
-    QCOMPARE(device->frames().last(), (PrintedFrame{0, 0, 0, 0, 0, 0}));
+    QCOMPARE(device->frames().last(), dark);
     QCOMPARE(hand->row(5)->text(), QStringLiteral("0 / 0 / 0 / 0"));
     picture("stopped", "Stop sends frame 0 with all channels off; the levels are remembered.",
             "停止：循环发送第 0 帧且所有通道为 0，原来的亮度会被记住。");
@@ -254,18 +251,15 @@ void TestJourney::sendByHand()
 void TestJourney::switchLanguageInMidPlay()
 {
     hand->click(hand->play());
-    const bool english = language == QLatin1String("en");
-    auto *other = window->findChild<QAction *>(english ? QStringLiteral("languageChineseAction")
-                                                       : QStringLiteral("languageEnglishAction"));
-    auto *back = window->findChild<QAction *>(english ? QStringLiteral("languageEnglishAction")
-                                                      : QStringLiteral("languageChineseAction"));
+    const UiLanguage before = Language::current();
+    const bool english = before == UiLanguage::English;
     device->forget();
-    other->trigger();
+    hand->chooseLanguage(english ? UiLanguage::Chinese : UiLanguage::English);
     QTRY_VERIFY(device->frames().size() >= 5);
     QCOMPARE(hand->state(), own(UiText::StatePlaying));
     picture("language", "The language changes in mid-play; the frames go on.",
             "播放中切换语言，发送不会中断。");
-    back->trigger();
+    hand->chooseLanguage(before);
     const QList<PrintedFrame> frames = device->frames();
     QList<int> numbers;
     for (const PrintedFrame &frame : frames) {

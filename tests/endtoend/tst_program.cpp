@@ -2,6 +2,7 @@
 // The built program, worked from outside: mouse events from the X server, frames seen by the
 // player. A twin of its window, never shown, tells where the controls stand.
 #include "tests/endtoend/playerprocess.h"
+#include "tests/support/grips.h"
 #include "tests/support/stage.h"
 
 #include <QDir>
@@ -25,7 +26,8 @@ private slots:
 
 private:
     static bool xdotool(const QStringList &arguments);
-    bool clickAt(const QWidget *control, QPoint offset = {});
+    static bool clickAt(const QWidget *control);
+    static bool clickAt(const QWidget *control, QPoint point);
     bool holdsPort() const;
 
     QTemporaryDir directory;
@@ -36,9 +38,7 @@ private:
 void TestProgram::initTestCase()
 {
     takeIdentity();
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setPointSize(10);
-    QApplication::setFont(font);
+    takeFont();
 }
 
 bool TestProgram::xdotool(const QStringList &arguments)
@@ -46,9 +46,14 @@ bool TestProgram::xdotool(const QStringList &arguments)
     return QProcess::execute(QStringLiteral("xdotool"), arguments) == 0;
 }
 
-bool TestProgram::clickAt(const QWidget *control, QPoint offset)
+bool TestProgram::clickAt(const QWidget *control)
 {
-    const QPoint at = control->mapTo(control->window(), control->rect().center()) + offset;
+    return clickAt(control, control->rect().center());
+}
+
+bool TestProgram::clickAt(const QWidget *control, QPoint point)
+{
+    const QPoint at = control->mapTo(control->window(), point);
     return xdotool({QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y()),
                     QStringLiteral("click"), QStringLiteral("1")});
 }
@@ -83,8 +88,7 @@ void TestProgram::anOperatorPlaysAndPullsTheCable()
                      QStringLiteral("^Tessaly-Master USB Player V0.3.5$"),
                      QStringLiteral("windowmove"), QStringLiteral("0"), QStringLiteral("0")}));
 
-    const QPoint onTheBox(10 - control.demo()->width() / 2, 0);
-    QVERIFY(clickAt(control.demo(), onTheBox));
+    QVERIFY(clickAt(control.demo(), boxOf(control.demo())));
     QVERIFY(clickAt(control.connectButton()));
     QTRY_COMPARE(device.hellos(), 1);
     QVERIFY(clickAt(control.play()));
@@ -93,6 +97,7 @@ void TestProgram::anOperatorPlaysAndPullsTheCable()
     for (int i = 0; i < 10; ++i)
         QCOMPARE(device.frames().at(i).number, i);
     QVERIFY(clickAt(control.stop()));
+    QTRY_COMPARE(device.frames().last().number, 0);
     device.forget();
     QTRY_VERIFY(device.frames().size() >= 3);
     QCOMPARE(device.frames().last().number, 0);

@@ -48,10 +48,7 @@ Levels shown(const Operator &hand)
 
 void typeLevels(const Operator &hand, const Levels &levels)
 {
-    hand.type(hand.red(), levels.at(0));
-    hand.type(hand.green(), levels.at(1));
-    hand.type(hand.blue(), levels.at(2));
-    hand.type(hand.white(), levels.at(3));
+    hand.typeLevels(levels.at(0), levels.at(1), levels.at(2), levels.at(3));
 }
 
 QString settingsFile()

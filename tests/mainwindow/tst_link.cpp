@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "serial/serialcontroller.h"
-#include "tests/support/stage.h"
+#include "tests/support/stagetest.h"
 
-#include <QAction>
-#include <QElapsedTimer>
 #include <QFile>
+#include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using namespace qx::test;
 using qx::Language;
 using qx::SimulatorBehaviour;
@@ -53,13 +54,6 @@ QStringList linked(Stage &stage)
 QStringList demo()
 {
     return {blue, either(u"Offline demo"_s, u"离线演示"_s), u"DEMO"_s, u"DEMO"_s};
-}
-
-// The backslash and the n are two visible characters.
-QString helloLine(int attempt)
-{
-    return either(u"TX    QXUSB HELLO\\n  (handshake %1)"_s, u"TX    QXUSB HELLO\\n  (握手 %1)"_s)
-        .arg(attempt);
 }
 
 QString opened(Stage &stage)
@@ -106,13 +100,6 @@ QString frameText(int hy)
     return u"HY: %1  Frame: 0  R: 0  G: 0  B: 0  W: 0"_s.arg(hy);
 }
 
-// Offers a frame that its HY tells from the others.
-void offer(Stage &stage, int hy)
-{
-    stage.hand().type(stage.hand().header(), hy);
-    stage.hand().click(stage.hand().sendFrame());
-}
-
 SimulatorBehaviour answeringNoHello()
 {
     SimulatorBehaviour behaviour;
@@ -142,8 +129,8 @@ void haveFrames(Stage &stage)
 {
     stage.player().setBehaviour(answeringNoFrame());
     QVERIFY(stage.connectPlayer());
-    offer(stage, 1);
-    offer(stage, 2);
+    stage.hand().offer(1);
+    stage.hand().offer(2);
     QTRY_COMPARE(stage.player().frames().size(), 1);
 }
 
@@ -181,12 +168,12 @@ struct Wait
                              gone = false;
                              const auto *bar = stage.window().statusBar();
                              if (const auto *clock = bar->findChild<QTimer *>())
-                                 lifetimeMs = clock->interval();
+                                 lifetime = clock->intervalAsDuration();
                          });
     }
 
     Stage stage;
-    int lifetimeMs = 0;
+    std::chrono::milliseconds lifetime{};
     bool gone = false;
 };
 
@@ -194,15 +181,11 @@ struct Wait
 
 Q_DECLARE_METATYPE(Act)
 
-class LinkTest : public QObject
+class LinkTest : public StageTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase_data();
-    void init();
-    void cleanup();
-
     void startsInDemo();
     void connectingOpensAndSaysHello();
     void showsTheOpenPortBeforeTheHandshake();
@@ -236,34 +219,7 @@ private slots:
     void messagesLeaveTheStatusBarInTime();
     void quitting_data();
     void quitting();
-
-private:
-    Operator &hand() { return stage->hand(); }
-    qx::PlayerSimulator &player() { return stage->player(); }
-    void clearLog() { hand().click(hand().clearLog()); }
-
-    std::unique_ptr<Stage> stage;
 };
-
-void LinkTest::initTestCase_data()
-{
-    QTest::addColumn<QString>("language");
-    QTest::newRow("English") << u"en"_s;
-    QTest::newRow("Chinese") << u"zh_CN"_s;
-}
-
-void LinkTest::init()
-{
-    QFETCH_GLOBAL(QString, language);
-    stage = std::make_unique<Stage>(language);
-}
-
-void LinkTest::cleanup()
-{
-    if (stage && !QTest::currentTestFailed())
-        QVERIFY(stage->hand().everyLogLineIsStamped());
-    stage.reset();
-}
 
 void LinkTest::startsInDemo()
 {
@@ -293,7 +249,7 @@ void LinkTest::connectingOpensAndSaysHello()
     QCOMPARE(hand().connectButton()->text(), disconnectText());
     QCOMPARE(hand().statusBar(), opened(*stage));
     QCOMPARE(hand().statusLifetimeMs(), 5000);
-    QTRY_COMPARE(player().received(), "QXUSB HELLO\n"_ba);
+    QTRY_VERIFY(player().received().startsWith("QXUSB HELLO\n"));
 }
 
 // The state between two calls of one click is seen by whoever else hears of the connection.
@@ -314,26 +270,29 @@ void LinkTest::showsTheOpenPortBeforeTheHandshake()
              either(u"Disconnected"_s, u"未连接"_s), either(u"Handshaking"_s, u"握手中"_s)}));
 }
 
-// The bounds allow for the 5 % that a coarse timer may be early.
+// Each time the second has passed, and at no other time.
 void LinkTest::repeatsHelloEverySecond()
 {
     player().setBehaviour(answeringNoHello());
-    QList<qint64> arrivals;
-    QElapsedTimer clock;
+    const auto *second = stage->window().findChild<QTimer *>(u"handshakeTimer"_s);
+    QVERIFY(second);
+    QList<QStringList> shownAfterASecond;
+    QList<qsizetype> saidAfterASecond;
     QObject listener;
-    connect(&player(), &qx::PlayerSimulator::helloReceived, &listener,
-            [&] { arrivals.append(clock.elapsed()); });
-    clock.start();
+    connect(second, &QTimer::timeout, &listener, [&] {
+        shownAfterASecond.append(displays(*stage));
+        saidAfterASecond.append(hand().log("TX").size());
+    });
     QVERIFY(stage->connectPort());
-    QTRY_COMPARE(arrivals.size(), 3);
-    QVERIFY2(arrivals.at(0) < 900, "the first one goes out at once");
-    QVERIFY(arrivals.at(1) >= 950);
-    QVERIFY(arrivals.at(2) >= 1900);
-    QVERIFY2(arrivals.at(2) < 2900, "one each second, not fewer");
-    QCOMPARE(hand().log("TX").size(), 3);
+    QCOMPARE(hand().log("TX").size(), 1); // the first one goes out at once
+    QVERIFY(second->isActive());
+    QVERIFY(!second->isSingleShot());
+    QCOMPARE(second->intervalAsDuration(), 1s);
+    QTRY_VERIFY(player().helloCount() >= 3);
+    QCOMPARE(shownAfterASecond.first(2), QList<QStringList>({handshaking(2), handshaking(3)}));
+    QCOMPARE(saidAfterASecond.first(2), QList<qsizetype>({2, 3}));
     for (int attempt : {1, 2, 3})
         QCOMPARE(hand().logCount(helloLine(attempt)), 1);
-    QCOMPARE(displays(*stage), handshaking(3));
 }
 
 void LinkTest::anotherLanguageKeepsTheAttempt()
@@ -343,9 +302,7 @@ void LinkTest::anotherLanguageKeepsTheAttempt()
     QVERIFY(stage->hear("QXUSB READY"));
     QCOMPARE(displays(*stage), handshaking(3));
     const bool english = Language::current() == UiLanguage::English;
-    stage->window()
-        .findChild<QAction *>(english ? u"languageChineseAction"_s : u"languageEnglishAction"_s)
-        ->trigger();
+    hand().chooseLanguage(english ? UiLanguage::Chinese : UiLanguage::English);
     QStringList expected = handshaking(3);
     expected[3] = either(u"Handshaking"_s, u"握手中"_s); // the panel follows the link from here on
     QCOMPARE(displays(*stage), expected);
@@ -357,12 +314,12 @@ void LinkTest::anotherLanguageKeepsTheAttempt()
 void LinkTest::readyBringsAHelloAtOnce()
 {
     beHandshaking(*stage);
-    QTRY_COMPARE(player().helloCount(), 1);
+    QTRY_VERIFY(player().helloCount() >= 1);
     clearLog();
     QVERIFY(stage->hear("QXUSB READY"));
     QCOMPARE(hand().log(), QStringList({u"RX    QXUSB READY"_s, helloLine(2)}));
     QCOMPARE(displays(*stage), handshaking(2));
-    QTRY_COMPARE(player().helloCount(), 2);
+    QTRY_VERIFY(player().helloCount() >= 2);
 }
 
 void LinkTest::readyWhileLinkedDoesNothing()
@@ -453,17 +410,18 @@ void LinkTest::okWhileLinkedRepeatsTheDisplays()
     QCOMPARE(hand().statusLifetimeMs(), 4000);
     QCOMPARE(hand().log(), QStringList({u"RX    QXUSB OK"_s})); // the frame in flight stays there
     QVERIFY(stage->hear("QXUSB RX OK"));
-    QTRY_COMPARE(hand().lastLog(), u"TX    "_s + frameText(2));
+    QTRY_COMPARE(hand().logCount(u"TX    "_s + frameText(2)), 1);
 }
 
+// A status bar gives a message that it shows already no more time: it has to be shown anew.
 void LinkTest::theSameMessageLivesItsWholeTimeAgain()
 {
     beLinked(*stage);
-    const auto *lifetime = stage->window().statusBar()->findChild<QTimer *>();
-    QTRY_VERIFY(lifetime->remainingTime() < 3500);
+    const QString message = hand().statusBar();
+    QSignalSpy shown(stage->window().statusBar(), &QStatusBar::messageChanged);
     QVERIFY(stage->hear("QXUSB OK"));
-    lifetime = stage->window().statusBar()->findChild<QTimer *>();
-    QVERIFY(lifetime && lifetime->remainingTime() > 3700); // a coarse timer is 5 % early at most
+    QCOMPARE(shown, (QList<QVariantList>{{QString()}, {message}}));
+    QCOMPARE(hand().statusLifetimeMs(), 4000);
 }
 
 void LinkTest::needHelloStartsAgain()
@@ -474,7 +432,7 @@ void LinkTest::needHelloStartsAgain()
     QVERIFY(stage->hear("QXUSB NEED HELLO"));
     QCOMPARE(hand().log(), QStringList({u"RX    QXUSB NEED HELLO"_s, helloLine(1)}));
     QCOMPARE(displays(*stage), handshaking(1));
-    QTRY_COMPARE(hand().lastLog(), helloLine(2)); // and repeats it
+    QTRY_COMPARE(hand().logCount(helloLine(2)), 1); // and repeats it
     QVERIFY(stage->hear("QXUSB OK"));
     QCOMPARE(displays(*stage), linked(*stage));
 }
@@ -492,7 +450,7 @@ void LinkTest::handshakeAgain()
     QCOMPARE(displays(*stage), handshaking(1));
     QCOMPARE(hand().log(),
              QStringList({helloLine(1), u"RX    QXUSB READY"_s, helloLine(2), helloLine(1)}));
-    QTRY_COMPARE(player().helloCount(), 4);
+    QTRY_VERIFY(player().helloCount() >= 4);
     QVERIFY(stage->hear("QXUSB OK"));
     QCOMPARE(displays(*stage), linked(*stage));
 }
@@ -556,14 +514,14 @@ void LinkTest::aNewConnectionStartsFromNothing()
     haveFrames(*stage);
     player().setBehaviour(answeringNoHello());
     QVERIFY(stage->hear("QXUSB NEED HELLO")); // the frame waits for the handshake now
-    QTRY_COMPARE(player().helloCount(), 2);
+    QTRY_VERIFY(player().helloCount() >= 2);
     hand().click(hand().connectButton());
     player().forget();
     QVERIFY(stage->connectPort());
     QCOMPARE(displays(*stage), handshaking(1));
-    QTRY_COMPARE(player().helloCount(), 1);
+    QTRY_VERIFY(player().helloCount() >= 1);
     QVERIFY(stage->hear("QXUSB OK"));
-    offer(*stage, 9);
+    hand().offer(9);
     QTRY_COMPARE(player().counts().framesArrived, 1);
     QCOMPARE(player().received().right(20).at(6), 9);
     QCOMPARE(hand().log("RETRY").size(), 0);
@@ -601,7 +559,7 @@ void LinkTest::losingTheDeviceWhileWritingToIt_data()
     QTest::addColumn<Act>("prepare");
     QTest::addColumn<Act>("write");
     const Act handshake = [](Stage &s) { s.hand().click(s.hand().handshakeAgain()); };
-    const Act frame = [](Stage &s) { offer(s, 5); };
+    const Act frame = [](Stage &s) { s.hand().offer(5); };
     QTest::newRow("HELLO") << Act(beLinked) << handshake;
     QTest::newRow("HELLO again") << Act(beHandshaking) << handshake;
     QTest::newRow("a frame") << Act(beLinked) << frame;
@@ -690,7 +648,7 @@ void LinkTest::demoTakesOver()
 
     clearLog(); // nothing is left of the frames
     const qint64 received = player().counts().bytesReceived;
-    offer(*stage, 7);
+    hand().offer(7);
     QCOMPARE(hand().log(),
              QStringList({u"TX    "_s + frameText(7), u"RX    QXUSB RX OK  (DEMO)"_s}));
     stage->player().unplug(); // by now the device has read whatever there was
@@ -724,16 +682,16 @@ void LinkTest::messagesLeaveTheStatusBarInTime()
         return; // the lifetimes do not depend on the language
     Wait outcome(language);
     QVERIFY(outcome.stage.connectPlayer());
-    offer(outcome.stage, 1);
+    outcome.stage.hand().offer(1);
     Wait handshake(language);
     QVERIFY(handshake.stage.connectPlayer());
     Wait connection(language);
     QVERIFY(connection.stage.connectPlayer());
     connection.stage.hand().click(connection.stage.hand().connectButton());
 
-    QTRY_COMPARE(outcome.lifetimeMs, 4500);
-    QTRY_COMPARE(handshake.lifetimeMs, 4000);
-    QTRY_COMPARE(connection.lifetimeMs, 5000);
+    QTRY_COMPARE(outcome.lifetime, 4500ms);
+    QTRY_COMPARE(handshake.lifetime, 4s);
+    QTRY_COMPARE(connection.lifetime, 5s);
     for (Wait *wait : {&outcome, &handshake, &connection}) {
         QTRY_VERIFY_WITH_TIMEOUT(wait->gone, 15000);
         // In these seconds no timer of a handshake that is over said HELLO again.
@@ -759,7 +717,7 @@ void LinkTest::quitting_data()
     QTest::newRow("stopped and resending") << Act(beStopped);
     QTest::newRow("dragging the frame slider") << Act([](Stage &s) {
         bePlaying(s);
-        QTest::mousePress(s.hand().seekSlider(), Qt::LeftButton, {}, QPoint(2, 20));
+        s.hand().grab(s.hand().seekSlider());
     });
     QTest::newRow("unplugged, not noticed yet") << Act([](Stage &s) {
         beLinked(s);
@@ -773,7 +731,7 @@ void LinkTest::quitting_data()
     QTest::newRow("the device does not read") << Act([](Stage &s) {
         beLinked(s);
         s.player().setPaused(true);
-        offer(s, 1);
+        s.hand().offer(1);
     });
 }
 

@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFontDatabase>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QStatusBar>
@@ -234,9 +233,7 @@ private:
 
 void TestPictures::initTestCase()
 {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont); // as the program does
-    font.setPointSize(10);
-    QApplication::setFont(font);
+    qx::test::takeFont();
     folder = QDir(QCoreApplication::applicationDirPath());
     QVERIFY(folder.mkpath(QStringLiteral("pictures")) && folder.cd(QStringLiteral("pictures")));
 }

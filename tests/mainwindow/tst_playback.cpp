@@ -5,12 +5,15 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using namespace qx::test;
 using qx::MainWindow;
 using qx::PlaybackState;
+using qx::PlayerSimulator;
 using qx::SimulatedFrame;
 using qx::SimulatorBehaviour;
 
@@ -52,15 +55,9 @@ QString handshakeFirst()
     return either(u"ERR   Complete the QXUSB handshake first"_s, u"ERR   请先完成QXUSB握手"_s);
 }
 
-// The timer that steps playback is told from the others by its interval when the window is new.
-QTimer *stepTimer(MainWindow &window)
+QTimer *stepTimer(const MainWindow &window)
 {
-    const auto timers = window.findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
-    for (QTimer *timer : timers) {
-        if (timer->interval() == 50)
-            return timer;
-    }
-    return nullptr;
+    return window.findChild<QTimer *>(u"playbackTimer"_s);
 }
 
 QList<int> numbers(const QList<SimulatedFrame> &frames)
@@ -105,10 +102,7 @@ bool isLit(const SimulatedFrame &frame)
 
 void light(const Operator &hand)
 {
-    hand.type(hand.red(), 10);
-    hand.type(hand.green(), 20);
-    hand.type(hand.blue(), 30);
-    hand.type(hand.white(), 40);
+    hand.typeLevels(10, 20, 30, 40);
 }
 
 // A connected player, colours set, the shortest interval, frames 0 to `total`.
@@ -118,6 +112,14 @@ void prepare(Stage &stage, int total)
     light(stage.hand());
     stage.hand().type(stage.hand().total(), total);
     stage.hand().dragTo(stage.hand().timeSlider(), 30);
+}
+
+// The same, played until it has come to a frame at least.
+void playTo(Stage &stage, int total, int frame)
+{
+    prepare(stage, total);
+    stage.hand().click(stage.hand().play());
+    QTRY_VERIFY(stage.hand().frame()->value() >= frame);
 }
 
 void playUnanswered(Stage &stage)
@@ -330,27 +332,27 @@ void TestPlayback::firstFrameAtOnce()
     QCOMPARE(hand.row(2)->text(), playing());
     QCOMPARE(hand.row(4)->text(), u"0 / 100"_s);
     QCOMPARE(hand.row(5)->text(), u"10 / 20 / 30 / 40"_s);
-    QVERIFY(stepTimer(stage.window()) == nullptr); // it no longer runs at the first interval
+    QCOMPARE(stepTimer(stage.window())->interval(), 30);
 }
 
 void TestPlayback::slowAnswersStretchPlayback()
 {
-    constexpr int delayMs = 100; // more than three intervals
     Stage stage;
     const Operator &hand = stage.hand();
     prepare(stage, 4);
     SimulatorBehaviour slow;
-    slow.replyDelay = std::chrono::milliseconds(delayMs);
+    slow.replyDelay = 100ms; // more than three intervals
     stage.player().setBehaviour(slow);
-    stage.player().forget();
+    QStringList seen; // by the player
+    connect(&stage.player(), &PlayerSimulator::frameArrived, this,
+            [&seen](const SimulatedFrame &frame) { seen.append(QString::number(frame.number)); });
+    connect(&stage.player(), &PlayerSimulator::frameReplied, this,
+            [&seen] { seen.append(u"reply"_s); });
 
     hand.click(hand.play());
-    QTRY_VERIFY(stage.player().frames().size() >= 7);
+    QTRY_VERIFY(seen.size() >= 13);
 
-    const QList<SimulatedFrame> frames = stage.player().frames();
-    QCOMPARE(numbers(frames.first(7)), (QList<int>{0, 1, 2, 3, 4, 0, 0}));
-    for (qsizetype i = 1; i < frames.size(); ++i)
-        QVERIFY(frames[i].at - frames[i - 1].at >= std::chrono::milliseconds(delayMs));
+    QCOMPARE(seen.first(13).join(u' '), u"0 reply 1 reply 2 reply 3 reply 4 reply 0 reply 0"_s);
     QCOMPARE(hand.log("QUEUE"), QStringList());
     QCOMPARE(hand.log("RETRY"), QStringList());
 }
@@ -384,9 +386,7 @@ void TestPlayback::pauseResendsTheFrame()
     QFETCH(QString, language);
     Stage stage(language);
     const Operator &hand = stage.hand();
-    prepare(stage, 1000);
-    hand.click(hand.play());
-    QTRY_VERIFY(hand.frame()->value() >= 3);
+    playTo(stage, 1000, 3);
 
     hand.click(hand.pause());
     const int frame = hand.frame()->value();
@@ -432,9 +432,7 @@ void TestPlayback::stopResendsDarkness()
     QFETCH(QString, language);
     Stage stage(language);
     const Operator &hand = stage.hand();
-    prepare(stage, 1000);
-    hand.click(hand.play());
-    QTRY_VERIFY(hand.frame()->value() >= 3);
+    playTo(stage, 1000, 3);
 
     hand.click(hand.stop());
     QCOMPARE(hand.lastLog(), stoppedLine());
@@ -606,9 +604,7 @@ void TestPlayback::otherFileWhilePlaying()
 {
     Stage stage;
     const Operator &hand = stage.hand();
-    prepare(stage, 1000);
-    hand.click(hand.play());
-    QTRY_VERIFY(hand.frame()->value() >= 4);
+    playTo(stage, 1000, 4);
     hand.click(hand.increase());
     QCOMPARE(hand.frame()->value(), 0);
     QCOMPARE(hand.state(), playing());
@@ -688,9 +684,7 @@ void TestPlayback::dragWhilePlaying()
     Stage stage;
     const Operator &hand = stage.hand();
     QTimer *timer = stepTimer(stage.window());
-    prepare(stage, 100);
-    hand.click(hand.play());
-    QTRY_VERIFY(hand.frame()->value() >= 2);
+    playTo(stage, 100, 2);
 
     hand.grab(hand.seekSlider());
     QVERIFY(!timer->isActive());
@@ -723,7 +717,7 @@ void TestPlayback::dragWhilePaused()
     hand.letGo(hand.seekSlider());
     QVERIFY(timer->isActive());
     QCOMPARE(hand.state(), paused());
-    QTRY_COMPARE(numbers(stage.player().frames()).count(70), 4);
+    QTRY_VERIFY(numbers(stage.player().frames()).count(70) >= 4);
     QCOMPARE(hand.frame()->value(), 70);
 }
 
@@ -936,9 +930,7 @@ void TestPlayback::lostLineStopsQuietly()
     Stage stage;
     const Operator &hand = stage.hand();
     QTimer *timer = stepTimer(stage.window());
-    prepare(stage, 1000);
-    hand.click(hand.play());
-    QTRY_VERIFY(hand.frame()->value() >= 2);
+    playTo(stage, 1000, 2);
     stage.unplug();
     QTRY_COMPARE(hand.state(), stopped());
     QCOMPARE(hand.frame()->value(), 0);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/stage.h"
 
-#include <QAction>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -209,7 +208,7 @@ void PortsTest::anotherLanguageListsAnewWithoutAWord()
     hand().choosePort(b);
     requested->remove(a);
     hand().click(hand().clearLog());
-    stage->window().findChild<QAction *>(u"languageChineseAction"_s)->trigger();
+    hand().chooseLanguage(qx::UiLanguage::Chinese);
     QVERIFY(!listed().contains(a));
     QCOMPARE(hand().ports()->currentData().toString(), b);
     QCOMPARE(hand().log(), QStringList({u"SYS   界面语言已切换为中文"_s}));

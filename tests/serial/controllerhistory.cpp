@@ -8,8 +8,8 @@
 namespace qx {
 
 ControllerHistory::ControllerHistory(SerialController &controller)
-    : m_controller(controller)
-    , m_announcedOpen(controller.isOpen())
+    : controller(controller)
+    , announcedOpen(controller.isOpen())
 {
     connect(&controller, &SerialController::connectionChanged, this,
             &ControllerHistory::recordConnection);
@@ -40,14 +40,14 @@ void ControllerHistory::recordConnection(bool connected, const QString &message)
     const bool failure = QRegularExpression(QStringLiteral("^(Failed to |打开串口 |设置串口 )"))
                              .match(message)
                              .hasMatch();
-    if (!failure && connected == m_announcedOpen)
+    if (!failure && connected == announcedOpen)
         contradictions.append(QStringLiteral("announced twice: %1").arg(event));
-    if (failure && m_announcedOpen)
+    if (failure && announcedOpen)
         contradictions.append(QStringLiteral("an open port failed to open: %1").arg(event));
-    if (m_controller.isOpen() != connected || m_controller.portName().isEmpty() == connected)
+    if (controller.isOpen() != connected || controller.portName().isEmpty() == connected)
         contradictions.append(
             QStringLiteral("isOpen() or portName() tell otherwise: %1").arg(event));
-    m_announcedOpen = connected;
+    announcedOpen = connected;
 }
 
 QString connectedTo(const QString &port)

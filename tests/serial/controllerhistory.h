@@ -31,8 +31,8 @@ public:
 private:
     void recordConnection(bool connected, const QString &message);
 
-    SerialController &m_controller;
-    bool m_announcedOpen;
+    SerialController &controller;
+    bool announcedOpen;
 };
 
 /// Entries of ControllerHistory::events, in English.

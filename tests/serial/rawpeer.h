@@ -17,10 +17,10 @@ class RawPeer
 public:
     RawPeer();
 
-    bool isPluggedIn() const { return m_terminal.isOpen(); }
+    bool isPluggedIn() const { return terminal.isOpen(); }
     /// A name of this peer's own: the system gives a terminal's number to the next one at once.
     /// Nothing is there any more once the plug is pulled.
-    QString path() const { return m_path; }
+    QString path() const { return linkPath; }
 
     /// How many of the bytes the line took.
     qsizetype write(const QByteArray &bytes);
@@ -31,10 +31,10 @@ public:
     void unplug();
 
 private:
-    QTemporaryDir m_directory;
-    PseudoTerminal m_terminal;
-    QString m_path;
-    QByteArray m_received;
+    QTemporaryDir directory;
+    PseudoTerminal terminal;
+    QString linkPath;
+    QByteArray readSoFar;
 };
 
 } // namespace qx

@@ -8,7 +8,7 @@ namespace qx {
 
 void ScriptedPort::deliver(const QByteArray &chunk)
 {
-    m_chunk = chunk;
+    undelivered = chunk;
     emit readyRead();
 }
 
@@ -30,16 +30,16 @@ bool ScriptedPort::open(OpenMode mode)
 
 qint64 ScriptedPort::bytesAvailable() const
 {
-    return m_chunk.size() + QSerialPort::bytesAvailable();
+    return undelivered.size() + QSerialPort::bytesAvailable();
 }
 
 qint64 ScriptedPort::readData(char *data, qint64 maxSize)
 {
-    if (m_chunk.isEmpty())
+    if (undelivered.isEmpty())
         return QSerialPort::readData(data, maxSize);
-    const qsizetype count = std::min<qsizetype>(maxSize, m_chunk.size());
-    std::memcpy(data, m_chunk.constData(), static_cast<size_t>(count));
-    m_chunk.remove(0, count);
+    const qsizetype count = std::min<qsizetype>(maxSize, undelivered.size());
+    std::memcpy(data, undelivered.constData(), static_cast<size_t>(count));
+    undelivered.remove(0, count);
     return count;
 }
 

@@ -38,7 +38,7 @@ protected:
     qint64 writeData(const char *data, qint64 maxSize) override;
 
 private:
-    QByteArray m_chunk;
+    QByteArray undelivered;
 };
 
 /// A controller of a scripted port.
@@ -49,15 +49,15 @@ public:
         : ScriptedController(new ScriptedPort)
     {}
 
-    ScriptedPort &port() { return *m_port; }
+    ScriptedPort &port() { return *scripted; }
 
 private:
     explicit ScriptedController(ScriptedPort *port)
         : SerialController(port, nullptr)
-        , m_port(port)
+        , scripted(port)
     {}
 
-    ScriptedPort *m_port;
+    ScriptedPort *scripted;
 };
 
 } // namespace qx

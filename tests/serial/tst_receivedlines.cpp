@@ -1,19 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "i18n/language.h"
-#include "tests/serial/controllerhistory.h"
-#include "tests/serial/rawpeer.h"
-#include "tests/serial/scriptedport.h"
+#include "tests/serial/serialtest.h"
 
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 
 #include <numeric>
 
-using qx::ControllerHistory;
-using qx::RawPeer;
-using qx::ScriptedController;
 using qx::SerialController;
 
 namespace {
@@ -56,13 +49,12 @@ QByteArrayList cutAtRandom(QRandomGenerator &random, const QByteArray &stream, i
 
 } // namespace
 
-class TestReceivedLines : public QObject
+class TestReceivedLines : public qx::SerialTest
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup();
 
     void chunksBecomeLines_data();
     void chunksBecomeLines();
@@ -86,28 +78,12 @@ private slots:
 
 private:
     void deliver(const QByteArrayList &chunks);
-
-    std::unique_ptr<RawPeer> peer;
-    std::unique_ptr<ScriptedController> controller;
-    std::unique_ptr<ControllerHistory> history;
 };
 
 void TestReceivedLines::init()
 {
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
-    qx::Language::setCurrent(qx::UiLanguage::English);
-    peer = std::make_unique<RawPeer>();
-    controller = std::make_unique<ScriptedController>();
-    history = std::make_unique<ControllerHistory>(*controller);
-    QVERIFY(controller->open(peer->path(), 115200));
-    history->clear();
-}
-
-void TestReceivedLines::cleanup()
-{
-    history.reset();
-    controller.reset();
-    peer.reset();
+    SerialTest::init();
+    openPort();
 }
 
 void TestReceivedLines::deliver(const QByteArrayList &chunks)

@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "i18n/language.h"
-#include "tests/serial/controllerhistory.h"
-#include "tests/serial/rawpeer.h"
-#include "tests/serial/scriptedport.h"
+#include "tests/serial/serialtest.h"
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
@@ -19,7 +16,6 @@
 
 using qx::ControllerHistory;
 using qx::RawPeer;
-using qx::ScriptedController;
 using qx::SerialController;
 
 namespace {
@@ -36,7 +32,7 @@ QString complained(const QString &reason)
 
 } // namespace
 
-class TestSerialOpening : public QObject
+class TestSerialOpening : public qx::SerialTest
 {
     Q_OBJECT
 
@@ -66,29 +62,19 @@ private slots:
     void complaintOfAPortThatOpensAllTheSame();
 
 private:
-    std::unique_ptr<RawPeer> peer;
-    std::unique_ptr<ScriptedController> controller;
-    std::unique_ptr<ControllerHistory> history;
     std::unique_ptr<QTemporaryDir> directory;
 };
 
 void TestSerialOpening::init()
 {
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
-    qx::Language::setCurrent(qx::UiLanguage::English);
-    peer = std::make_unique<RawPeer>();
-    controller = std::make_unique<ScriptedController>();
-    history = std::make_unique<ControllerHistory>(*controller);
+    SerialTest::init();
     directory = std::make_unique<QTemporaryDir>();
     QVERIFY(directory->isValid());
 }
 
 void TestSerialOpening::cleanup()
 {
-    QCOMPARE(history->contradictions, QStringList());
-    history.reset();
-    controller.reset();
-    peer.reset();
+    SerialTest::cleanup();
     directory.reset();
 }
 

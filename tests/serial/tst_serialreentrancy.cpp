@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "i18n/language.h"
-#include "tests/serial/controllerhistory.h"
-#include "tests/serial/rawpeer.h"
-#include "tests/serial/scriptedport.h"
+#include "tests/serial/serialtest.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -11,9 +8,7 @@
 #include <algorithm>
 #include <memory>
 
-using qx::ControllerHistory;
 using qx::RawPeer;
-using qx::ScriptedController;
 using qx::SerialController;
 
 namespace {
@@ -46,7 +41,7 @@ const QString missing = QStringLiteral("/dev/qx-there-is-no-such-port");
 
 } // namespace
 
-class TestSerialReentrancy : public QObject
+class TestSerialReentrancy : public qx::SerialTest
 {
     Q_OBJECT
 
@@ -69,21 +64,14 @@ private:
     QString finalPort(Occasion occasion, Action action) const;
     void verifyUsable();
 
-    std::unique_ptr<RawPeer> peer;
     std::unique_ptr<RawPeer> other;
-    std::unique_ptr<ScriptedController> controller;
-    std::unique_ptr<ControllerHistory> history;
     bool acted = false;
 };
 
 void TestSerialReentrancy::init()
 {
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
-    qx::Language::setCurrent(qx::UiLanguage::English);
-    peer = std::make_unique<RawPeer>();
+    SerialTest::init();
     other = std::make_unique<RawPeer>();
-    controller = std::make_unique<ScriptedController>();
-    history = std::make_unique<ControllerHistory>(*controller);
     acted = false;
     // A port that has been read before behaves differently from a new one inside Qt.
     QVERIFY(controller->open(peer->path(), 115200));
@@ -94,10 +82,7 @@ void TestSerialReentrancy::init()
 
 void TestSerialReentrancy::cleanup()
 {
-    controller->disconnect(this);
-    history.reset();
-    controller.reset();
-    peer.reset();
+    SerialTest::cleanup();
     other.reset();
 }
 

@@ -1,18 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "i18n/language.h"
-#include "tests/serial/controllerhistory.h"
-#include "tests/serial/rawpeer.h"
-#include "tests/serial/scriptedport.h"
+#include "tests/serial/serialtest.h"
 
-#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 
 #include <memory>
 
-using qx::ControllerHistory;
-using qx::RawPeer;
-using qx::ScriptedController;
 using qx::SerialController;
 
 namespace {
@@ -24,7 +18,7 @@ QByteArray numberedFrame(int number)
 
 } // namespace
 
-class TestSerialSending : public QObject
+class TestSerialSending : public qx::SerialTest
 {
     Q_OBJECT
 
@@ -50,9 +44,6 @@ private:
     void readOn();
 
     QTimer reader; ///< the device, while it reads
-    std::unique_ptr<RawPeer> peer;
-    std::unique_ptr<ScriptedController> controller;
-    std::unique_ptr<ControllerHistory> history;
 };
 
 void TestSerialSending::initTestCase()
@@ -62,22 +53,14 @@ void TestSerialSending::initTestCase()
 
 void TestSerialSending::init()
 {
-    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
-    qx::Language::setCurrent(qx::UiLanguage::English);
-    peer = std::make_unique<RawPeer>();
-    controller = std::make_unique<ScriptedController>();
-    history = std::make_unique<ControllerHistory>(*controller);
-    QVERIFY(controller->open(peer->path(), 115200));
-    history->clear();
+    SerialTest::init();
+    openPort();
 }
 
 void TestSerialSending::cleanup()
 {
-    QCOMPARE(history->contradictions, QStringList());
     reader.stop();
-    history.reset();
-    controller.reset();
-    peer.reset();
+    SerialTest::cleanup();
 }
 
 void TestSerialSending::readOn()

@@ -2,18 +2,18 @@
 #pragma once
 
 #include <QEvent>
-#include <QWidget>
+#include <QObject>
 
 namespace qx::test {
 
-/// Counts the events of one type that a widget is given.
+/// Counts the events of one type that an object is given, before the object deals with them.
 class EventCounter : public QObject
 {
 public:
-    EventCounter(QWidget *widget, QEvent::Type type)
+    EventCounter(QObject *object, QEvent::Type type)
         : type(type)
     {
-        widget->installEventFilter(this);
+        object->installEventFilter(this);
     }
     int count = 0;
 

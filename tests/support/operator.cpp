@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/operator.h"
 
-#include <QGroupBox>
+#include "tests/support/finding.h"
+#include "tests/support/grips.h"
+
+#include <QAction>
 #include <QRegularExpression>
 #include <QStatusBar>
-#include <QStyle>
-#include <QStyleOptionSlider>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -18,44 +19,11 @@ namespace {
 
 constexpr qsizetype stampSize = 15; // "[HH:mm:ss.zzz] "
 
-// Children of one kind in the order of the eye: from top to bottom, then from left to right.
-template<typename Widget>
-QList<Widget *> inReadingOrder(const QObject *parent)
-{
-    QList<Widget *> widgets = parent->findChildren<Widget *>();
-    const auto at = [](const QWidget *widget) { return widget->mapTo(widget->window(), QPoint()); };
-    std::sort(widgets.begin(), widgets.end(), [at](const Widget *a, const Widget *b) {
-        const QPoint p = at(a);
-        const QPoint q = at(b);
-        return std::abs(p.y() - q.y()) > 6 ? p.y() < q.y() : p.x() < q.x();
-    });
-    return widgets;
-}
-
-QGroupBox *group(const MainWindow &window, const char *name)
-{
-    return window.findChild<QGroupBox *>(QLatin1String(name));
-}
-
-QPoint handleAt(const QSlider *slider, int value)
-{
-    QStyleOptionSlider option;
-    option.initFrom(slider);
-    option.orientation = slider->orientation();
-    option.minimum = slider->minimum();
-    option.maximum = slider->maximum();
-    option.sliderPosition = value;
-    option.sliderValue = value;
-    option.subControls = QStyle::SC_All;
-    const QRect handle = slider->style()->subControlRect(QStyle::CC_Slider, &option,
-                                                         QStyle::SC_SliderHandle, slider);
-    return {handle.center().x(), slider->height() / 2};
-}
-
 } // namespace
 
 Operator::Operator(MainWindow &window)
     : window(window)
+    , onPanel(*panel())
 {}
 
 QAbstractButton *Operator::navigation(const char *name) const
@@ -68,74 +36,19 @@ PlayerPanel *Operator::panel() const
     return window.findChild<PlayerPanel *>();
 }
 
-TransportButton *Operator::play() const
-{
-    return window.findChild<TransportButton *>(QStringLiteral("transportPlayButton"));
-}
-
-TransportButton *Operator::pause() const
-{
-    return window.findChild<TransportButton *>(QStringLiteral("transportPauseButton"));
-}
-
-TransportButton *Operator::stop() const
-{
-    return window.findChild<TransportButton *>(QStringLiteral("transportStopButton"));
-}
-
-TransportButton *Operator::increase() const
-{
-    return static_cast<TransportButton *>(panel()->childAt(559, 151));
-}
-
-TransportButton *Operator::decrease() const
-{
-    return static_cast<TransportButton *>(panel()->childAt(559, 295));
-}
-
-ToggleSwitch *Operator::replay() const
-{
-    return window.findChild<ToggleSwitch *>();
-}
-
-QSlider *Operator::seekSlider() const
-{
-    return window.findChild<QSlider *>(QStringLiteral("frameSeekSlider"));
-}
-
-QSlider *Operator::timeSlider() const
-{
-    return static_cast<QSlider *>(panel()->childAt(283, 435));
-}
-
-QLabel *Operator::stateBadge() const
-{
-    return static_cast<QLabel *>(panel()->childAt(416, 41));
-}
-
-QLabel *Operator::panelConnection() const
-{
-    return static_cast<QLabel *>(panel()->childAt(561, 41));
-}
-
-QLabel *Operator::position() const
-{
-    return static_cast<QLabel *>(panel()->childAt(304, 346));
-}
-
 QComboBox *Operator::ports() const
 {
-    return inReadingOrder<QComboBox>(group(window, "connectionGroup")).at(0);
+    return captionedBy<QComboBox>(window, "portCaption");
 }
 
 QComboBox *Operator::hostSettings() const
 {
-    return inReadingOrder<QComboBox>(group(window, "connectionGroup")).at(1);
+    return captionedBy<QComboBox>(window, "hostCaption");
 }
 
 QPushButton *Operator::refresh() const
 {
-    return inReadingOrder<QPushButton>(group(window, "connectionGroup")).at(0);
+    return nameless<QPushButton>(group("connectionGroup")).value(0);
 }
 
 QPushButton *Operator::connectButton() const
@@ -145,36 +58,32 @@ QPushButton *Operator::connectButton() const
 
 QCheckBox *Operator::demo() const
 {
-    return group(window, "connectionGroup")->findChild<QCheckBox *>();
+    return group("connectionGroup").findChild<QCheckBox *>();
 }
 
 QLabel *Operator::lamp() const
 {
-    const auto labels = group(window, "connectionGroup")->findChildren<QLabel *>();
-    const auto lamp = std::find_if(labels.cbegin(), labels.cend(), [](const QLabel *label) {
-        return label->maximumSize() == QSize(12, 12);
-    });
-    return lamp == labels.cend() ? nullptr : *lamp;
+    return nameless<QLabel>(group("connectionGroup")).value(0);
 }
 
 QLabel *Operator::linkText() const
 {
-    return inReadingOrder<QLabel>(group(window, "connectionGroup")).last();
+    return nameless<QLabel>(group("connectionGroup")).value(1);
 }
 
 QSpinBox *Operator::header() const
 {
-    return inReadingOrder<QSpinBox>(group(window, "frameGroup")).at(0);
+    return spokenAs<QSpinBox>(group("frameGroup"), QStringLiteral("HY"));
 }
 
 QSpinBox *Operator::frame() const
 {
-    return inReadingOrder<QSpinBox>(group(window, "frameGroup")).at(1);
+    return spokenAs<QSpinBox>(group("frameGroup"), QStringLiteral("Frame"));
 }
 
 QSpinBox *Operator::total() const
 {
-    return inReadingOrder<QSpinBox>(group(window, "frameGroup")).at(2);
+    return spokenAs<QSpinBox>(group("frameGroup"), QStringLiteral("Total"));
 }
 
 QSpinBox *Operator::red() const
@@ -199,20 +108,18 @@ QSpinBox *Operator::white() const
 
 QLineEdit *Operator::reserved() const
 {
-    return static_cast<QLineEdit *>(
-        window.findChild<QLabel *>(QStringLiteral("reservedCaption"))->buddy());
+    return captionedBy<QLineEdit>(window, "reservedCaption");
 }
 
 QLineEdit *Operator::summary() const
 {
-    return static_cast<QLineEdit *>(
-        window.findChild<QLabel *>(QStringLiteral("completeFrameCaption"))->buddy());
+    return captionedBy<QLineEdit>(window, "completeFrameCaption");
 }
 
 QLabel *Operator::row(int index) const
 {
-    return group(window, "deviceStatusGroup")
-        ->findChildren<QLabel *>(QStringLiteral("valueLabel"))
+    return group("deviceStatusGroup")
+        .findChildren<QLabel *>(QStringLiteral("valueLabel"))
         .at(index);
 }
 
@@ -233,17 +140,17 @@ QPushButton *Operator::handshakeAgain() const
 
 QPlainTextEdit *Operator::logView() const
 {
-    return group(window, "logGroup")->findChild<QPlainTextEdit *>();
+    return group("logGroup").findChild<QPlainTextEdit *>();
 }
 
 QLineEdit *Operator::manual() const
 {
-    return group(window, "logGroup")->findChild<QLineEdit *>();
+    return group("logGroup").findChild<QLineEdit *>();
 }
 
 QPushButton *Operator::sendHex() const
 {
-    return inReadingOrder<QPushButton>(group(window, "logGroup")).at(0);
+    return nameless<QPushButton>(group("logGroup")).value(0);
 }
 
 QPushButton *Operator::clearLog() const
@@ -326,13 +233,36 @@ void Operator::setDemo(bool on) const
 {
     QCheckBox *box = demo();
     if (box->isChecked() != on)
-        QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+        QTest::mouseClick(box, Qt::LeftButton, {}, boxOf(box));
 }
 
 void Operator::choosePort(const QString &path) const
 {
     click(refresh());
     ports()->setCurrentIndex(ports()->findData(path));
+}
+
+void Operator::chooseLanguage(UiLanguage language) const
+{
+    window
+        .findChild<QAction *>(language == UiLanguage::English
+                                  ? QStringLiteral("languageEnglishAction")
+                                  : QStringLiteral("languageChineseAction"))
+        ->trigger();
+}
+
+void Operator::typeLevels(int redLevel, int greenLevel, int blueLevel, int whiteLevel) const
+{
+    type(red(), redLevel);
+    type(green(), greenLevel);
+    type(blue(), blueLevel);
+    type(white(), whiteLevel);
+}
+
+void Operator::offer(int hy) const
+{
+    type(header(), hy);
+    click(sendFrame());
 }
 
 void Operator::type(QSpinBox *spin, int value) const
@@ -353,7 +283,7 @@ void Operator::type(QLineEdit *edit, const QString &text) const
 
 void Operator::drag(QSlider *slider, int fromValue, int toValue) const
 {
-    QTest::mousePress(slider, Qt::LeftButton, {}, handleAt(slider, fromValue));
+    QTest::mousePress(slider, Qt::LeftButton, {}, handleOf(slider, fromValue));
     moveHandle(slider, toValue);
     letGo(slider);
 }
@@ -365,14 +295,14 @@ void Operator::dragTo(QSlider *slider, int value) const
 
 void Operator::grab(QSlider *slider) const
 {
-    QTest::mousePress(slider, Qt::LeftButton, {}, handleAt(slider, slider->value()));
+    QTest::mousePress(slider, Qt::LeftButton, {}, handleOf(slider, slider->value()));
 }
 
 // The handle does not stand exactly where the mouse holds it: a hand corrects the last pixels.
 void Operator::moveHandle(QSlider *slider, int toValue) const
 {
     constexpr int mostCorrections = 20;
-    QPoint at = handleAt(slider, toValue);
+    QPoint at = handleOf(slider, toValue);
     QTest::mouseMove(slider, at);
     for (int i = 0; i < mostCorrections && slider->sliderPosition() != toValue; ++i) {
         at.rx() += slider->sliderPosition() < toValue ? 1 : -1;
@@ -382,12 +312,12 @@ void Operator::moveHandle(QSlider *slider, int toValue) const
 
 void Operator::letGo(QSlider *slider) const
 {
-    QTest::mouseRelease(slider, Qt::LeftButton, {}, handleAt(slider, slider->value()));
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, handleOf(slider, slider->value()));
 }
 
-QString Operator::text(const QLabel *label)
+QGroupBox &Operator::group(const char *name) const
 {
-    return label->text();
+    return *window.findChild<QGroupBox *>(QLatin1String(name));
 }
 
 } // namespace qx::test

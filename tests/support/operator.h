@@ -1,26 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "i18n/language.h"
 #include "mainwindow/mainwindow.h"
-#include "widgets/playerpanel.h"
-#include "widgets/toggleswitch.h"
-#include "widgets/transportbutton.h"
+#include "tests/support/panelcontrols.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMediaPlayer>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSlider>
 #include <QSpinBox>
 #include <QString>
 #include <QStringList>
 
 namespace qx::test {
 
-/// A person at the window: finds controls where they stand, works them with mouse and keyboard,
+/// A person at the window: finds the controls by their names, works them with mouse and keyboard,
 /// and reads what is shown. Nothing here reaches past the widgets.
 class Operator
 {
@@ -30,17 +27,17 @@ public:
     // Controls, as they stand from top to bottom.
     QAbstractButton *navigation(const char *name) const;
     PlayerPanel *panel() const;
-    TransportButton *play() const;
-    TransportButton *pause() const;
-    TransportButton *stop() const;
-    TransportButton *increase() const;
-    TransportButton *decrease() const;
-    ToggleSwitch *replay() const;
-    QSlider *seekSlider() const;
-    QSlider *timeSlider() const;
-    QLabel *stateBadge() const;
-    QLabel *panelConnection() const;
-    QLabel *position() const;
+    TransportButton *play() const { return onPanel.play; }
+    TransportButton *pause() const { return onPanel.pause; }
+    TransportButton *stop() const { return onPanel.stop; }
+    TransportButton *increase() const { return onPanel.increase; }
+    TransportButton *decrease() const { return onPanel.decrease; }
+    ToggleSwitch *replay() const { return onPanel.replay; }
+    QSlider *seekSlider() const { return onPanel.seekSlider; }
+    QSlider *timeSlider() const { return onPanel.timeSlider; }
+    QLabel *stateBadge() const { return onPanel.label(PanelLabel::StateBadge); }
+    QLabel *panelConnection() const { return onPanel.label(PanelLabel::Connection); }
+    QLabel *position() const { return onPanel.label(PanelLabel::Position); }
     QComboBox *ports() const;
     QComboBox *hostSettings() const;
     QPushButton *refresh() const;
@@ -75,13 +72,16 @@ public:
     bool everyLogLineIsStamped() const; ///< "[12:34:56.789] " before a tag of five characters
     QString statusBar() const;
     int statusLifetimeMs() const; ///< of the message in the status bar; 0: until the next one
-    QString state() const { return text(stateBadge()); }
+    QString state() const { return stateBadge()->text(); }
     bool lampIsLit() const;
 
     // What a hand does.
     void click(QAbstractButton *button) const;
     void setDemo(bool on) const; ///< clicks the check box if it stands otherwise
     void choosePort(const QString &path) const;
+    void chooseLanguage(UiLanguage language) const;
+    void typeLevels(int red, int green, int blue, int white) const;
+    void offer(int hy) const; ///< types HY, which tells one frame from another, and sends it
     void type(QSpinBox *spin, int value) const;
     void type(QLineEdit *edit, const QString &text) const;        ///< replaces the text
     void drag(QSlider *slider, int fromValue, int toValue) const; ///< press, move, release
@@ -93,9 +93,10 @@ public:
     void letGo(QSlider *slider) const; ///< where the handle is
 
 private:
-    static QString text(const QLabel *label);
+    QGroupBox &group(const char *name) const;
 
     MainWindow &window;
+    const PanelControls onPanel;
 };
 
 } // namespace qx::test

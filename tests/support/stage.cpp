@@ -3,7 +3,8 @@
 
 #include "i18n/language.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QFontDatabase>
 #include <QSettings>
 #include <QTest>
 
@@ -13,6 +14,14 @@ void takeIdentity()
 {
     QCoreApplication::setApplicationName(QStringLiteral("Tessaly Player"));
     QCoreApplication::setOrganizationName(QStringLiteral("Corvessa Electronic CO."));
+}
+
+QFont takeFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    font.setPointSize(10);
+    QApplication::setFont(font);
+    return font;
 }
 
 void freshSettings(const QString &languageCode)
@@ -26,6 +35,14 @@ void freshSettings(const QString &languageCode)
 QString either(const QString &english, const QString &chinese)
 {
     return Language::current() == UiLanguage::English ? english : chinese;
+}
+
+// The backslash and the n are two visible characters.
+QString helloLine(int attempt)
+{
+    return either(QStringLiteral("TX    QXUSB HELLO\\n  (handshake %1)"),
+                  QStringLiteral("TX    QXUSB HELLO\\n  (握手 %1)"))
+        .arg(attempt);
 }
 
 Stage::Stage(const QString &languageCode)

@@ -4,6 +4,7 @@
 #include "simulator/playersimulator.h"
 #include "tests/support/operator.h"
 
+#include <QFont>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -18,11 +19,18 @@ namespace qx::test {
 /// The application's identity, which selects the settings; call once, before a QSettings exists.
 void takeIdentity();
 
+/// The application's font: ten points of the system's general one. Call after the application is
+/// made, before a window is; returns that font.
+QFont takeFont();
+
 /// Settings as on a fresh installation, but for the language ("en" or "zh_CN").
 void freshSettings(const QString &languageCode);
 
 /// The text that is shown in the current language.
 QString either(const QString &english, const QString &chinese);
+
+/// The log line of a HELLO, in the current language.
+QString helloLine(int attempt);
 
 /// A complete window with a simulated player that it can find: what an operator has at hand.
 /// The window starts, as always, in offline demo mode.

@@ -1,16 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "i18n/language.h"
+#include "tests/support/grips.h"
+#include "tests/support/panelcontrols.h"
 #include "tests/widgets/magnified.h"
-#include "widgets/playerpanel.h"
-#include "widgets/toggleswitch.h"
-#include "widgets/transportbutton.h"
 
 #include <QApplication>
-#include <QGroupBox>
-#include <QLabel>
-#include <QSlider>
-#include <QStyle>
-#include <QStyleOptionSlider>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -19,67 +13,22 @@
 using qx::Language;
 using qx::PlaybackState;
 using qx::PlayerPanel;
-using qx::ToggleSwitch;
 using qx::TransportButton;
 using qx::UiLanguage;
-using qx::test::Magnified;
+using namespace qx::test;
 
 namespace {
 
-// Where the children stand, in the panel's coordinates.
-constexpr QRect summaryBox(9, 5, 652, 100);
-constexpr QRect fileTotal(22, 28, 190, 26);
-constexpr QRect frameTotal(214, 28, 150, 26);
-constexpr QRect timeLabel(22, 60, 280, 28);
-constexpr QRect badge(370, 26, 92, 30);
-constexpr QRect connection(472, 26, 178, 30);
-constexpr QRect transportBox(18, 128, 362, 186);
-constexpr QRect replaySwitch(304, 62, 74, 34);
-constexpr QRect replayLabel(230, 64, 70, 30);
-constexpr QRect replayState(386, 64, 48, 30);
-constexpr QRect increaseButton(520, 117, 78, 68);
-constexpr QRect fileName(504, 189, 128, 42);
-constexpr QRect fileCaption(520, 229, 96, 28);
-constexpr QRect decreaseButton(520, 261, 78, 68);
-constexpr QRect seekSlider(38, 356, 480, 42);
-constexpr QRect position(224, 331, 160, 30);
-constexpr QRect timeCaption(24, 419, 62, 34);
-constexpr QRect intervalSlider(86, 414, 395, 42);
-constexpr QRect modelLine(24, 480, 350, 22);
-
-constexpr QRect allChildren[] = {
-    summaryBox,   fileTotal,   frameTotal,  timeLabel,      badge,     connection,  transportBox,
-    replaySwitch, replayLabel, replayState, increaseButton, fileName,  fileCaption, decreaseButton,
-    seekSlider,   position,    timeCaption, intervalSlider, modelLine,
-};
-
 const auto byDefault = Qt::AlignLeft | Qt::AlignVCenter;
 
-template<typename Widget>
-Widget *childIn(const PlayerPanel &panel, const QRect &rect)
+QString textOf(const PanelControls &controls, PanelLabel which)
 {
-    const auto children = panel.findChildren<Widget *>(QString(), Qt::FindDirectChildrenOnly);
-    for (Widget *child : children) {
-        if (child->geometry() == rect)
-            return child;
-    }
-    return nullptr;
+    return controls.label(which)->text();
 }
 
-QString textIn(const PlayerPanel &panel, const QRect &rect)
+QString sheetOf(const PanelControls &controls, PanelLabel which)
 {
-    const auto *label = childIn<QLabel>(panel, rect);
-    return label ? label->text() : QStringLiteral("no label there");
-}
-
-QString sheetIn(const PlayerPanel &panel, const QRect &rect)
-{
-    return childIn<QLabel>(panel, rect)->styleSheet();
-}
-
-TransportButton *transportButton(const PlayerPanel &panel, const char *name)
-{
-    return panel.findChild<TransportButton *>(QLatin1String(name));
+    return controls.label(which)->styleSheet();
 }
 
 // What the panel emits, in order, as text: "seekRequested(7)".
@@ -116,25 +65,6 @@ private:
 
     QStringList signalsSeen;
 };
-
-QRect handleOf(const QSlider *slider, int value)
-{
-    QStyleOptionSlider option;
-    option.initFrom(slider);
-    option.orientation = Qt::Horizontal;
-    option.minimum = slider->minimum();
-    option.maximum = slider->maximum();
-    option.sliderPosition = value;
-    option.sliderValue = value;
-    option.subControls = QStyle::SC_All;
-    return slider->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle,
-                                           slider);
-}
-
-QPoint handlePoint(const QSlider *slider, int value)
-{
-    return handleOf(slider, value).center();
-}
 
 } // namespace
 
@@ -228,55 +158,80 @@ void TestPlayerPanel::panelPaintsItsOwnBackground()
 void TestPlayerPanel::childrenStandWhereTheyBelong()
 {
     const PlayerPanel panel;
-    QList<QRect> found;
-    const auto children = panel.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
-    for (const QWidget *child : children)
-        found.append(child->geometry());
-    for (const QRect &rect : allChildren)
-        QVERIFY2(found.removeOne(rect),
-                 qPrintable(QStringLiteral("nothing at %1, %2").arg(rect.x()).arg(rect.y())));
-    QCOMPARE(found, QList<QRect>());
+    const PanelControls controls(panel);
+    const auto label = [&controls](PanelLabel which) { return controls.label(which); };
+    const QList<std::pair<const QWidget *, QRect>> places = {
+        {controls.summaryBox, {9, 5, 652, 100}},
+        {label(PanelLabel::FileTotal), {22, 28, 190, 26}},
+        {label(PanelLabel::FrameTotal), {214, 28, 150, 26}},
+        {label(PanelLabel::Time), {22, 60, 280, 28}},
+        {label(PanelLabel::StateBadge), {370, 26, 92, 30}},
+        {label(PanelLabel::Connection), {472, 26, 178, 30}},
+        {controls.transportBox, {18, 128, 362, 186}},
+        {controls.replay, {304, 62, 74, 34}},
+        {label(PanelLabel::Replay), {230, 64, 70, 30}},
+        {label(PanelLabel::ReplayState), {386, 64, 48, 30}},
+        {controls.increase, {520, 117, 78, 68}},
+        {label(PanelLabel::FileName), {504, 189, 128, 42}},
+        {label(PanelLabel::FileCaption), {520, 229, 96, 28}},
+        {controls.decrease, {520, 261, 78, 68}},
+        {controls.seekSlider, {38, 356, 480, 42}},
+        {label(PanelLabel::Position), {224, 331, 160, 30}},
+        {label(PanelLabel::TimeCaption), {24, 419, 62, 34}},
+        {controls.timeSlider, {86, 414, 395, 42}},
+        {label(PanelLabel::ModelLine), {24, 480, 350, 22}},
+    };
+    QCOMPARE(panel.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly).size(),
+             places.size());
+    for (const auto &[child, rect] : places) {
+        QVERIFY(child);
+        QCOMPARE(child->parentWidget(), &panel);
+        QCOMPARE(child->geometry(), rect);
+    }
 }
 
 void TestPlayerPanel::labels_data()
 {
-    QTest::addColumn<QRect>("rect");
+    QTest::addColumn<PanelLabel>("which");
     QTest::addColumn<int>("pointSize");
     QTest::addColumn<bool>("bold");
     QTest::addColumn<Qt::Alignment>("alignment");
     QTest::addColumn<QString>("english");
     QTest::addColumn<QString>("chinese");
     QTest::addColumn<QString>("sheet");
-    const auto row = [](const char *name, const QRect &rect, int pointSize, bool bold,
+    const auto row = [](const char *name, PanelLabel which, int pointSize, bool bold,
                         Qt::Alignment alignment, const char *english, const char *chinese,
                         const char *sheet = "") {
-        QTest::newRow(name) << rect << pointSize << bold << alignment << QString::fromUtf8(english)
+        QTest::newRow(name) << which << pointSize << bold << alignment << QString::fromUtf8(english)
                             << QString::fromUtf8(chinese) << QString::fromUtf8(sheet);
     };
     const auto right = Qt::AlignRight | Qt::AlignVCenter;
-    row("file total", fileTotal, 12, true, byDefault, "File Total: 0", "文件总数：0");
-    row("frame total", frameTotal, 12, true, byDefault, "Total: 0", "总帧数：0");
-    row("time", timeLabel, 11, false, byDefault, "Time: 50 ms   20.00 fps",
+    row("file total", PanelLabel::FileTotal, 12, true, byDefault, "File Total: 0", "文件总数：0");
+    row("frame total", PanelLabel::FrameTotal, 12, true, byDefault, "Total: 0", "总帧数：0");
+    row("time", PanelLabel::Time, 11, false, byDefault, "Time: 50 ms   20.00 fps",
         "间隔：50 ms   20.00 fps");
-    row("state badge", badge, 10, true, Qt::AlignCenter, "Stopped", "已停止",
+    row("state badge", PanelLabel::StateBadge, 10, true, Qt::AlignCenter, "Stopped", "已停止",
         "background:#2a2e32;color:#f1f3f5;border:1px solid #3b4045;border-radius:14px;");
-    row("connection", connection, 10, false, right, "Not connected", "未连接", "color:#a8adb0;");
-    row("replay", replayLabel, 10, true, right, "Replay", "循环");
-    row("replay state", replayState, 10, true, byDefault, "OFF", "OFF", "color:#747a7e;");
-    row("file name", fileName, 17, true, Qt::AlignCenter, "0.bin", "0.bin");
-    row("file caption", fileCaption, 10, true, Qt::AlignCenter, "FILE", "文件");
-    row("position", position, 10, true, Qt::AlignCenter, "0 / 0", "0 / 0");
-    row("time caption", timeCaption, 10, true, Qt::AlignCenter, "Time", "间隔");
-    row("model line", modelLine, 8, false, byDefault, "Tessaly-Master", "Tessaly-Master",
+    row("connection", PanelLabel::Connection, 10, false, right, "Not connected", "未连接",
+        "color:#a8adb0;");
+    row("replay", PanelLabel::Replay, 10, true, right, "Replay", "循环");
+    row("replay state", PanelLabel::ReplayState, 10, true, byDefault, "OFF", "OFF",
         "color:#747a7e;");
+    row("file name", PanelLabel::FileName, 17, true, Qt::AlignCenter, "0.bin", "0.bin");
+    row("file caption", PanelLabel::FileCaption, 10, true, Qt::AlignCenter, "FILE", "文件");
+    row("position", PanelLabel::Position, 10, true, Qt::AlignCenter, "0 / 0", "0 / 0");
+    row("time caption", PanelLabel::TimeCaption, 10, true, Qt::AlignCenter, "Time", "间隔");
+    row("model line", PanelLabel::ModelLine, 8, false, byDefault, "Tessaly-Master",
+        "Tessaly-Master", "color:#747a7e;");
 }
 
 void TestPlayerPanel::labels()
 {
-    QFETCH(const QRect, rect);
+    QFETCH(const PanelLabel, which);
     QFETCH(const bool, bold);
     PlayerPanel panel;
-    const auto *label = childIn<QLabel>(panel, rect);
+    const PanelControls controls(panel);
+    const QLabel *label = controls.label(which);
     QVERIFY(label);
     QTEST(label->font().pointSize(), "pointSize");
     QCOMPARE(label->font().weight(), bold ? QFont::Bold : QFont::Normal);
@@ -286,14 +241,16 @@ void TestPlayerPanel::labels()
     Language::setCurrent(UiLanguage::Chinese);
     panel.retranslateUi();
     QTEST(label->text(), "chinese");
-    QTEST(textIn(PlayerPanel(), rect), "chinese");
+    const PlayerPanel another;
+    QTEST(textOf(PanelControls(another), which), "chinese");
 }
 
 void TestPlayerPanel::boxesHaveNamesAndTitles()
 {
     PlayerPanel panel;
-    const auto *summary = childIn<QGroupBox>(panel, summaryBox);
-    const auto *transport = childIn<QGroupBox>(panel, transportBox);
+    const PanelControls controls(panel);
+    const auto *summary = controls.summaryBox;
+    const auto *transport = controls.transportBox;
     QCOMPARE(summary->objectName(), QStringLiteral("summaryGroup"));
     QCOMPARE(summary->title(), QStringLiteral("Information"));
     QCOMPARE(transport->objectName(), QStringLiteral("transportGroup"));
@@ -322,9 +279,10 @@ void TestPlayerPanel::transportButtonsStandInTheirBox()
 {
     QFETCH(const QString, name);
     const PlayerPanel panel;
+    const PanelControls controls(panel);
     const auto *button = panel.findChild<TransportButton *>(name);
     QVERIFY(button);
-    QCOMPARE(button->parentWidget(), childIn<QGroupBox>(panel, transportBox));
+    QCOMPARE(button->parentWidget(), controls.transportBox);
     QTEST(button->geometry(), "rect");
     QTEST(button->accessibleName(), "kind");
 }
@@ -332,22 +290,22 @@ void TestPlayerPanel::transportButtonsStandInTheirBox()
 void TestPlayerPanel::fileButtonsAndSwitch()
 {
     const PlayerPanel panel;
-    QCOMPARE(childIn<TransportButton>(panel, increaseButton)->accessibleName(),
-             QStringLiteral("Increase"));
-    QCOMPARE(childIn<TransportButton>(panel, decreaseButton)->accessibleName(),
-             QStringLiteral("Decrease"));
-    QVERIFY(!childIn<ToggleSwitch>(panel, replaySwitch)->isChecked());
+    const PanelControls controls(panel);
+    QCOMPARE(controls.increase->accessibleName(), QStringLiteral("Increase"));
+    QCOMPARE(controls.decrease->accessibleName(), QStringLiteral("Decrease"));
+    QVERIFY(!controls.replay->isChecked());
 }
 
 void TestPlayerPanel::slidersBeginWhereTheyBelong()
 {
     const PlayerPanel panel;
-    const auto *seek = childIn<QSlider>(panel, seekSlider);
+    const PanelControls controls(panel);
+    const auto *seek = controls.seekSlider;
     QCOMPARE(seek->objectName(), QStringLiteral("frameSeekSlider"));
     QCOMPARE(seek->orientation(), Qt::Horizontal);
     QCOMPARE(seek->minimum(), 0);
     QCOMPARE(seek->maximum(), 0);
-    const auto *interval = childIn<QSlider>(panel, intervalSlider);
+    const auto *interval = controls.timeSlider;
     QCOMPARE(interval->orientation(), Qt::Horizontal);
     QCOMPARE(interval->minimum(), 30);
     QCOMPARE(interval->maximum(), 150);
@@ -381,23 +339,24 @@ void TestPlayerPanel::initialState()
 void TestPlayerPanel::operableControlsHaveNames()
 {
     PlayerPanel panel;
-    QCOMPARE(childIn<QSlider>(panel, seekSlider)->accessibleName(), QStringLiteral("Frame"));
-    QCOMPARE(childIn<QSlider>(panel, intervalSlider)->accessibleName(), QStringLiteral("Time"));
-    QCOMPARE(childIn<ToggleSwitch>(panel, replaySwitch)->accessibleName(),
-             QStringLiteral("Replay"));
+    const PanelControls controls(panel);
+    QCOMPARE(controls.seekSlider->accessibleName(), QStringLiteral("Frame"));
+    QCOMPARE(controls.timeSlider->accessibleName(), QStringLiteral("Time"));
+    QCOMPARE(controls.replay->accessibleName(), QStringLiteral("Replay"));
     Language::setCurrent(UiLanguage::Chinese);
     panel.retranslateUi();
-    QCOMPARE(childIn<QSlider>(panel, intervalSlider)->accessibleName(), QStringLiteral("间隔"));
-    QCOMPARE(childIn<ToggleSwitch>(panel, replaySwitch)->accessibleName(), QStringLiteral("循环"));
+    QCOMPARE(controls.timeSlider->accessibleName(), QStringLiteral("间隔"));
+    QCOMPARE(controls.replay->accessibleName(), QStringLiteral("循环"));
 }
 
 void TestPlayerPanel::transportClicksAreRequests()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     Emitted emitted(panel);
-    QTest::mouseClick(transportButton(panel, "transportPlayButton"), Qt::LeftButton);
-    QTest::mouseClick(transportButton(panel, "transportPauseButton"), Qt::LeftButton);
-    QTest::mouseClick(transportButton(panel, "transportStopButton"), Qt::LeftButton);
+    QTest::mouseClick(controls.play, Qt::LeftButton);
+    QTest::mouseClick(controls.pause, Qt::LeftButton);
+    QTest::mouseClick(controls.stop, Qt::LeftButton);
     QCOMPARE(emitted.take(), (QStringList{QStringLiteral("play"), QStringLiteral("pause"),
                                           QStringLiteral("stop")}));
     // It shows what it is told, not what it was asked for.
@@ -407,81 +366,86 @@ void TestPlayerPanel::transportClicksAreRequests()
 void TestPlayerPanel::replaySwitchReportsAndShows()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     Emitted emitted(panel);
-    auto *toggle = childIn<ToggleSwitch>(panel, replaySwitch);
+    auto *toggle = controls.replay;
     QTest::mouseClick(toggle, Qt::LeftButton);
     QCOMPARE(emitted.take(), QStringList{QStringLiteral("repeat on")});
     QVERIFY(panel.repeatEnabled());
-    QCOMPARE(textIn(panel, replayState), QStringLiteral("ON"));
-    QCOMPARE(sheetIn(panel, replayState), QStringLiteral("color:#1479e8;"));
+    QCOMPARE(textOf(controls, PanelLabel::ReplayState), QStringLiteral("ON"));
+    QCOMPARE(sheetOf(controls, PanelLabel::ReplayState), QStringLiteral("color:#1479e8;"));
     QTest::mouseClick(toggle, Qt::LeftButton);
     QCOMPARE(emitted.take(), QStringList{QStringLiteral("repeat off")});
-    QCOMPARE(textIn(panel, replayState), QStringLiteral("OFF"));
-    QCOMPARE(sheetIn(panel, replayState), QStringLiteral("color:#747a7e;"));
+    QCOMPARE(textOf(controls, PanelLabel::ReplayState), QStringLiteral("OFF"));
+    QCOMPARE(sheetOf(controls, PanelLabel::ReplayState), QStringLiteral("color:#747a7e;"));
 }
 
 void TestPlayerPanel::fileButtonsStepThroughTheFiles()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setFileCount(256);
     panel.setTotalFrames(100);
     panel.setCurrentFrame(60);
     panel.setFileIndex(4, QStringLiteral("show.bin"));
     Emitted emitted(panel);
-    QTest::mouseClick(childIn<TransportButton>(panel, increaseButton), Qt::LeftButton);
+    QTest::mouseClick(controls.increase, Qt::LeftButton);
     QCOMPARE(emitted.take(), QStringList{QStringLiteral("file 5")});
-    QCOMPARE(textIn(panel, fileName), QStringLiteral("5.bin"));
+    QCOMPARE(textOf(controls, PanelLabel::FileName), QStringLiteral("5.bin"));
     QCOMPARE(panel.currentFrame(), 0);
-    QCOMPARE(childIn<QSlider>(panel, seekSlider)->value(), 0);
-    QCOMPARE(textIn(panel, position), QStringLiteral("0 / 100"));
-    QTest::mouseClick(childIn<TransportButton>(panel, decreaseButton), Qt::LeftButton);
+    QCOMPARE(controls.seekSlider->value(), 0);
+    QCOMPARE(textOf(controls, PanelLabel::Position), QStringLiteral("0 / 100"));
+    QTest::mouseClick(controls.decrease, Qt::LeftButton);
     QCOMPARE(emitted.take(), QStringList{QStringLiteral("file 4")});
-    QCOMPARE(textIn(panel, fileName), QStringLiteral("4.bin"));
+    QCOMPARE(textOf(controls, PanelLabel::FileName), QStringLiteral("4.bin"));
 }
 
 void TestPlayerPanel::fileButtonsStopAtTheLastKnownFile()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setTotalFrames(100);
     panel.setFileCount(3);
     panel.setFileIndex(2, QStringLiteral("last.bin"));
     panel.setCurrentFrame(7);
     Emitted emitted(panel);
-    QTest::mouseClick(childIn<TransportButton>(panel, increaseButton), Qt::LeftButton);
+    QTest::mouseClick(controls.increase, Qt::LeftButton);
     QCOMPARE(emitted.take(), QStringList());
-    QCOMPARE(textIn(panel, fileName), QStringLiteral("last.bin"));
+    QCOMPARE(textOf(controls, PanelLabel::FileName), QStringLiteral("last.bin"));
     QCOMPARE(panel.currentFrame(), 7);
-    QTest::mouseClick(childIn<TransportButton>(panel, decreaseButton), Qt::LeftButton);
+    QTest::mouseClick(controls.decrease, Qt::LeftButton);
     QCOMPARE(emitted.take(), QStringList{QStringLiteral("file 1")});
-    QCOMPARE(textIn(panel, fileName), QStringLiteral("1.bin"));
+    QCOMPARE(textOf(controls, PanelLabel::FileName), QStringLiteral("1.bin"));
     QCOMPARE(panel.currentFrame(), 0);
 }
 
 void TestPlayerPanel::withUnknownCountTheFilesEndAt9999()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     Emitted emitted(panel);
-    QTest::mouseClick(childIn<TransportButton>(panel, decreaseButton), Qt::LeftButton);
+    QTest::mouseClick(controls.decrease, Qt::LeftButton);
     QCOMPARE(emitted.take(), QStringList());
     panel.setFileIndex(9998, QString());
-    QTest::mouseClick(childIn<TransportButton>(panel, increaseButton), Qt::LeftButton);
+    QTest::mouseClick(controls.increase, Qt::LeftButton);
     QCOMPARE(emitted.take(), QStringList{QStringLiteral("file 9999")});
-    QTest::mouseClick(childIn<TransportButton>(panel, increaseButton), Qt::LeftButton);
+    QTest::mouseClick(controls.increase, Qt::LeftButton);
     QCOMPARE(emitted.take(), QStringList());
-    QCOMPARE(textIn(panel, fileName), QStringLiteral("9999.bin"));
+    QCOMPARE(textOf(controls, PanelLabel::FileName), QStringLiteral("9999.bin"));
 }
 
 void TestPlayerPanel::dragOfTheSeekHandle()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.show();
     QVERIFY(QTest::qWaitForWindowExposed(&panel));
     panel.setTotalFrames(1800);
     panel.setCurrentFrame(300);
-    auto *slider = childIn<QSlider>(panel, seekSlider);
+    auto *slider = controls.seekSlider;
     Emitted emitted(panel);
 
-    QPoint hand = handlePoint(slider, 300);
+    QPoint hand = handleOf(slider, 300);
     QTest::mousePress(slider, Qt::LeftButton, {}, hand);
     QCOMPARE(emitted.take(), QStringList{QStringLiteral("grab")});
     int last = 300;
@@ -492,7 +456,7 @@ void TestPlayerPanel::dragOfTheSeekHandle()
         QVERIFY(step < 8 ? now > last : now < last);
         QCOMPARE(emitted.take(), QStringList{QStringLiteral("preview %1").arg(now)});
         QCOMPARE(panel.currentFrame(), now);
-        QCOMPARE(textIn(panel, position), QStringLiteral("%1 / 1800").arg(now));
+        QCOMPARE(textOf(controls, PanelLabel::Position), QStringLiteral("%1 / 1800").arg(now));
         last = now;
     }
     QTest::mouseRelease(slider, Qt::LeftButton, {}, hand);
@@ -502,31 +466,34 @@ void TestPlayerPanel::dragOfTheSeekHandle()
 void TestPlayerPanel::pressAndReleaseOfTheSeekHandle()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setTotalFrames(100);
     panel.setCurrentFrame(40);
-    auto *slider = childIn<QSlider>(panel, seekSlider);
+    auto *slider = controls.seekSlider;
     Emitted emitted(panel);
-    QTest::mousePress(slider, Qt::LeftButton, {}, handlePoint(slider, 40));
-    QTest::mouseRelease(slider, Qt::LeftButton, {}, handlePoint(slider, 40));
+    QTest::mousePress(slider, Qt::LeftButton, {}, handleOf(slider, 40));
+    QTest::mouseRelease(slider, Qt::LeftButton, {}, handleOf(slider, 40));
     QCOMPARE(emitted.take(), (QStringList{QStringLiteral("grab"), QStringLiteral("seek 40")}));
 }
 
 void TestPlayerPanel::dragOfTheTimeHandle()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.show();
     QVERIFY(QTest::qWaitForWindowExposed(&panel));
-    auto *slider = childIn<QSlider>(panel, intervalSlider);
+    auto *slider = controls.timeSlider;
     Emitted emitted(panel);
-    QPoint hand = handlePoint(slider, 50);
+    QPoint hand = handleOf(slider, 50);
     QTest::mousePress(slider, Qt::LeftButton, {}, hand);
     for (int step = 0; step < 8; ++step) {
         hand += QPoint(20, 0);
         QTest::mouseMove(slider, hand);
         const int ms = slider->value();
-        QCOMPARE(textIn(panel, timeLabel), QStringLiteral("Time: %1 ms   %2 fps")
-                                               .arg(ms)
-                                               .arg(1000.0 / ms, 0, 'f', 2)); // follows at once
+        QCOMPARE(textOf(controls, PanelLabel::Time),
+                 QStringLiteral("Time: %1 ms   %2 fps")
+                     .arg(ms)
+                     .arg(1000.0 / ms, 0, 'f', 2)); // follows at once
         QCOMPARE(emitted.take(), QStringList());
     }
     const int released = slider->value();
@@ -538,19 +505,21 @@ void TestPlayerPanel::dragOfTheTimeHandle()
 
 void TestPlayerPanel::keyboardWheelAndGrooveRequestNothing_data()
 {
-    QTest::addColumn<QRect>("which");
-    QTest::newRow("frame slider") << seekSlider;
-    QTest::newRow("Time slider") << intervalSlider;
+    QTest::addColumn<bool>("frameSlider");
+    QTest::newRow("frame slider") << true;
+    QTest::newRow("Time slider") << false;
 }
 
 void TestPlayerPanel::keyboardWheelAndGrooveRequestNothing()
 {
-    QFETCH(const QRect, which);
+    QFETCH(const bool, frameSlider);
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setTotalFrames(1800);
-    auto *slider = childIn<QSlider>(panel, which);
+    auto *slider = frameSlider ? controls.seekSlider : controls.timeSlider;
     Emitted emitted(panel);
-    const QString before = textIn(panel, position) + textIn(panel, timeLabel);
+    const QString before =
+        textOf(controls, PanelLabel::Position) + textOf(controls, PanelLabel::Time);
 
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Left, Qt::Key_End,
                               Qt::Key_Home, Qt::Key_End}) {
@@ -566,11 +535,12 @@ void TestPlayerPanel::keyboardWheelAndGrooveRequestNothing()
     QVERIFY(slider->value() != value);
 
     value = slider->value();
-    QTest::mouseClick(slider, Qt::LeftButton, {}, handlePoint(slider, slider->minimum()));
+    QTest::mouseClick(slider, Qt::LeftButton, {}, handleOf(slider, slider->minimum()));
     QVERIFY(slider->value() < value);
 
-    QVERIFY(textIn(panel, position) + textIn(panel, timeLabel) != before); // the read-out follows
-    if (which == seekSlider)
+    QVERIFY(textOf(controls, PanelLabel::Position) + textOf(controls, PanelLabel::Time) !=
+            before); // the read-out follows
+    if (frameSlider)
         QCOMPARE(panel.currentFrame(), slider->value());
     QCOMPARE(emitted.take(), QStringList());
 }
@@ -592,11 +562,12 @@ void TestPlayerPanel::currentFrameIsClamped()
     QFETCH(const int, frame);
     QFETCH(const int, shown);
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setTotalFrames(100);
     panel.setCurrentFrame(frame);
     QCOMPARE(panel.currentFrame(), shown);
-    QCOMPARE(childIn<QSlider>(panel, seekSlider)->value(), shown);
-    QCOMPARE(textIn(panel, position), QStringLiteral("%1 / 100").arg(shown));
+    QCOMPARE(controls.seekSlider->value(), shown);
+    QCOMPARE(textOf(controls, PanelLabel::Position), QStringLiteral("%1 / 100").arg(shown));
 }
 
 void TestPlayerPanel::totalIsClampedAndTakesTheFrameAlong_data()
@@ -617,17 +588,19 @@ void TestPlayerPanel::totalIsClampedAndTakesTheFrameAlong()
     QFETCH(const int, shownTotal);
     QFETCH(const int, shownFrame);
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setTotalFrames(100);
     panel.setCurrentFrame(40);
     panel.setTotalFrames(total);
     QCOMPARE(panel.totalFrames(), shownTotal);
     QCOMPARE(panel.currentFrame(), shownFrame);
-    const auto *slider = childIn<QSlider>(panel, seekSlider);
+    const auto *slider = controls.seekSlider;
     QCOMPARE(slider->minimum(), 0);
     QCOMPARE(slider->maximum(), shownTotal);
     QCOMPARE(slider->value(), shownFrame);
-    QCOMPARE(textIn(panel, frameTotal), QStringLiteral("Total: %1").arg(shownTotal));
-    QCOMPARE(textIn(panel, position), QStringLiteral("%1 / %2").arg(shownFrame).arg(shownTotal));
+    QCOMPARE(textOf(controls, PanelLabel::FrameTotal), QStringLiteral("Total: %1").arg(shownTotal));
+    QCOMPARE(textOf(controls, PanelLabel::Position),
+             QStringLiteral("%1 / %2").arg(shownFrame).arg(shownTotal));
 }
 
 void TestPlayerPanel::fileIndexIsClamped_data()
@@ -657,23 +630,25 @@ void TestPlayerPanel::fileIndexIsClamped()
     QFETCH(const int, index);
     QFETCH(const QString, name);
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setFileCount(count);
     panel.setFileIndex(index, name);
     QTEST(panel.fileIndex(), "keptIndex");
-    QTEST(textIn(panel, fileName), "shown");
+    QTEST(textOf(controls, PanelLabel::FileName), "shown");
 }
 
 void TestPlayerPanel::fileCountKeepsTheName()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setFileIndex(9, QString());
     panel.setFileCount(3);
     QCOMPARE(panel.fileIndex(), 2);
-    QCOMPARE(textIn(panel, fileName), QStringLiteral("9.bin"));
-    QCOMPARE(textIn(panel, fileTotal), QStringLiteral("File Total: 3"));
+    QCOMPARE(textOf(controls, PanelLabel::FileName), QStringLiteral("9.bin"));
+    QCOMPARE(textOf(controls, PanelLabel::FileTotal), QStringLiteral("File Total: 3"));
     panel.setFileCount(-1);
     QCOMPARE(panel.fileIndex(), 2);
-    QCOMPARE(textIn(panel, fileTotal), QStringLiteral("File Total: 0"));
+    QCOMPARE(textOf(controls, PanelLabel::FileTotal), QStringLiteral("File Total: 0"));
 }
 
 void TestPlayerPanel::intervalIsClamped_data()
@@ -692,9 +667,10 @@ void TestPlayerPanel::intervalIsClamped()
 {
     QFETCH(const int, ms);
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setIntervalMs(ms);
     QTEST(panel.intervalMs(), "kept");
-    QTEST(textIn(panel, timeLabel), "shown");
+    QTEST(textOf(controls, PanelLabel::Time), "shown");
 }
 
 void TestPlayerPanel::connectionShowsTextAndColour_data()
@@ -720,14 +696,15 @@ void TestPlayerPanel::connectionShowsTextAndColour()
     QFETCH(const bool, connected);
     QFETCH(const QString, text);
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setConnected(!connected, QStringLiteral("before"));
     panel.setConnected(connected, text);
-    QTEST(textIn(panel, connection), "english");
-    QTEST(sheetIn(panel, connection), "sheet");
+    QTEST(textOf(controls, PanelLabel::Connection), "english");
+    QTEST(sheetOf(controls, PanelLabel::Connection), "sheet");
     Language::setCurrent(UiLanguage::Chinese);
     panel.retranslateUi();
-    QTEST(textIn(panel, connection), "chinese");
-    QTEST(sheetIn(panel, connection), "sheet");
+    QTEST(textOf(controls, PanelLabel::Connection), "chinese");
+    QTEST(sheetOf(controls, PanelLabel::Connection), "sheet");
 }
 
 void TestPlayerPanel::stateShowsTextAndColours_data()
@@ -756,27 +733,29 @@ void TestPlayerPanel::stateShowsTextAndColours()
 {
     QFETCH(const int, state);
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setPlaybackState(static_cast<PlaybackState>(state));
     QCOMPARE(static_cast<int>(panel.playbackState()), state);
-    QTEST(textIn(panel, badge), "english");
-    QTEST(sheetIn(panel, badge), "sheet");
+    QTEST(textOf(controls, PanelLabel::StateBadge), "english");
+    QTEST(sheetOf(controls, PanelLabel::StateBadge), "sheet");
     Language::setCurrent(UiLanguage::Chinese);
     panel.retranslateUi();
-    QTEST(textIn(panel, badge), "chinese");
-    QTEST(sheetIn(panel, badge), "sheet");
+    QTEST(textOf(controls, PanelLabel::StateBadge), "chinese");
+    QTEST(sheetOf(controls, PanelLabel::StateBadge), "sheet");
 }
 
 void TestPlayerPanel::repeatIsShown()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setRepeatEnabled(true);
     QVERIFY(panel.repeatEnabled());
-    QCOMPARE(textIn(panel, replayState), QStringLiteral("ON"));
-    QCOMPARE(sheetIn(panel, replayState), QStringLiteral("color:#1479e8;"));
+    QCOMPARE(textOf(controls, PanelLabel::ReplayState), QStringLiteral("ON"));
+    QCOMPARE(sheetOf(controls, PanelLabel::ReplayState), QStringLiteral("color:#1479e8;"));
     panel.setRepeatEnabled(false);
     QVERIFY(!panel.repeatEnabled());
-    QCOMPARE(textIn(panel, replayState), QStringLiteral("OFF"));
-    QCOMPARE(sheetIn(panel, replayState), QStringLiteral("color:#747a7e;"));
+    QCOMPARE(textOf(controls, PanelLabel::ReplayState), QStringLiteral("OFF"));
+    QCOMPARE(sheetOf(controls, PanelLabel::ReplayState), QStringLiteral("color:#747a7e;"));
 }
 
 void TestPlayerPanel::whiteLevelIsNotShown()
@@ -811,9 +790,10 @@ void TestPlayerPanel::settersLeaveBlockedChildrenBlocked()
 {
     for (const bool blocked : {true, false}) {
         PlayerPanel panel;
-        auto *seek = childIn<QSlider>(panel, seekSlider);
-        auto *interval = childIn<QSlider>(panel, intervalSlider);
-        auto *toggle = childIn<ToggleSwitch>(panel, replaySwitch);
+        const PanelControls controls(panel);
+        auto *seek = controls.seekSlider;
+        auto *interval = controls.timeSlider;
+        auto *toggle = controls.replay;
         for (QWidget *child : {static_cast<QWidget *>(seek), static_cast<QWidget *>(interval),
                                static_cast<QWidget *>(toggle)})
             child->blockSignals(blocked);
@@ -830,31 +810,28 @@ void TestPlayerPanel::settersLeaveBlockedChildrenBlocked()
 void TestPlayerPanel::languageChange()
 {
     PlayerPanel panel;
+    const PanelControls controls(panel);
     panel.setFileCount(256);
     panel.setTotalFrames(1800);
     panel.setCurrentFrame(12);
     panel.setFileIndex(3, QStringLiteral("show.bin"));
     panel.setIntervalMs(40);
     Language::setCurrent(UiLanguage::Chinese);
-    QCOMPARE(textIn(panel, fileTotal), QStringLiteral("File Total: 256")); // not before it is told
+    QCOMPARE(textOf(controls, PanelLabel::FileTotal),
+             QStringLiteral("File Total: 256")); // not before it is told
     panel.retranslateUi();
-    QCOMPARE(childIn<QGroupBox>(panel, summaryBox)->title(), QStringLiteral("信息"));
-    QCOMPARE(childIn<QGroupBox>(panel, transportBox)->title(), QStringLiteral("播放控制"));
-    QCOMPARE(textIn(panel, fileTotal), QStringLiteral("文件总数：256"));
-    QCOMPARE(textIn(panel, frameTotal), QStringLiteral("总帧数：1800"));
-    QCOMPARE(textIn(panel, timeLabel), QStringLiteral("间隔：40 ms   25.00 fps"));
-    QCOMPARE(textIn(panel, fileName), QStringLiteral("show.bin"));
-    QCOMPARE(textIn(panel, position), QStringLiteral("12 / 1800"));
-    QCOMPARE(transportButton(panel, "transportPlayButton")->toolTip(),
-             QStringLiteral("播放：逐帧循环发送"));
-    QCOMPARE(transportButton(panel, "transportPauseButton")->accessibleName(),
-             QStringLiteral("暂停"));
-    QCOMPARE(transportButton(panel, "transportStopButton")->accessibleName(),
-             QStringLiteral("停止"));
-    QCOMPARE(childIn<TransportButton>(panel, increaseButton)->accessibleName(),
-             QStringLiteral("增加"));
-    QCOMPARE(childIn<TransportButton>(panel, decreaseButton)->accessibleName(),
-             QStringLiteral("减少"));
+    QCOMPARE(controls.summaryBox->title(), QStringLiteral("信息"));
+    QCOMPARE(controls.transportBox->title(), QStringLiteral("播放控制"));
+    QCOMPARE(textOf(controls, PanelLabel::FileTotal), QStringLiteral("文件总数：256"));
+    QCOMPARE(textOf(controls, PanelLabel::FrameTotal), QStringLiteral("总帧数：1800"));
+    QCOMPARE(textOf(controls, PanelLabel::Time), QStringLiteral("间隔：40 ms   25.00 fps"));
+    QCOMPARE(textOf(controls, PanelLabel::FileName), QStringLiteral("show.bin"));
+    QCOMPARE(textOf(controls, PanelLabel::Position), QStringLiteral("12 / 1800"));
+    QCOMPARE(controls.play->toolTip(), QStringLiteral("播放：逐帧循环发送"));
+    QCOMPARE(controls.pause->accessibleName(), QStringLiteral("暂停"));
+    QCOMPARE(controls.stop->accessibleName(), QStringLiteral("停止"));
+    QCOMPARE(controls.increase->accessibleName(), QStringLiteral("增加"));
+    QCOMPARE(controls.decrease->accessibleName(), QStringLiteral("减少"));
 }
 
 QTEST_MAIN(TestPlayerPanel)

@@ -24,6 +24,14 @@ QPointF middleOfKnob(const QSize &size, bool on)
     return {x, 1 + 4 + diameter / 2};
 }
 
+Magnified pictureOf(const QSize &size, bool on)
+{
+    ToggleSwitch toggle;
+    toggle.resize(size);
+    toggle.setChecked(on);
+    return Magnified(toggle);
+}
+
 } // namespace
 
 class TestToggleSwitch : public QObject
@@ -77,10 +85,7 @@ void TestToggleSwitch::trackTellsOnFromOff()
 {
     QFETCH(const QSize, size);
     QFETCH(const bool, on);
-    ToggleSwitch toggle;
-    toggle.resize(size);
-    toggle.setChecked(on);
-    const Magnified picture(toggle);
+    const Magnified picture = pictureOf(size, on);
     const QColor track = on ? onColor : offColor;
     const double middle = size.width() / 2.0;
 
@@ -97,10 +102,7 @@ void TestToggleSwitch::knobStandsAtItsEnd()
 {
     QFETCH(const QSize, size);
     QFETCH(const bool, on);
-    ToggleSwitch toggle;
-    toggle.resize(size);
-    toggle.setChecked(on);
-    const Magnified picture(toggle);
+    const Magnified picture = pictureOf(size, on);
     const QPointF knob = middleOfKnob(size, on);
     const double radius = (size.height() - 2 - 8) / 2.0;
 
