@@ -4,7 +4,9 @@
 #include <QSerialPort>
 
 #ifdef Q_OS_UNIX
+#include <fcntl.h>
 #include <poll.h>
+#include <unistd.h>
 #endif
 
 namespace qx {
@@ -31,9 +33,15 @@ bool lineTakesBytes(QSerialPort &port)
     return (pollNow(port, POLLOUT) & POLLOUT) != 0;
 }
 
-qintptr watchableDescriptor(QSerialPort &port)
+qintptr openWatch(QSerialPort &port)
 {
-    return port.handle();
+    return ::fcntl(port.handle(), F_DUPFD_CLOEXEC, 0);
+}
+
+void closeWatch(qintptr descriptor)
+{
+    if (descriptor >= 0)
+        ::close(static_cast<int>(descriptor));
 }
 
 #else
@@ -48,10 +56,12 @@ bool lineTakesBytes(QSerialPort &)
     return true;
 }
 
-qintptr watchableDescriptor(QSerialPort &)
+qintptr openWatch(QSerialPort &)
 {
     return -1;
 }
+
+void closeWatch(qintptr) {}
 
 #endif
 

@@ -21,7 +21,10 @@ bool lineIsLost(QSerialPort &port);
 /// Whether the line takes bytes without waiting.
 bool lineTakesBytes(QSerialPort &port);
 
-/// A descriptor whose exceptional state announces the loss of the line at once; -1 for none.
-qintptr watchableDescriptor(QSerialPort &port);
+/// A descriptor whose exceptional state announces the loss of the line at once; -1 for none. It is
+/// a duplicate: newer Qt watches the port's own, and its event loop takes one watch of a kind for
+/// each. The caller gives it to closeWatch() before the port is closed.
+qintptr openWatch(QSerialPort &port);
+void closeWatch(qintptr descriptor); ///< -1 is allowed
 
 } // namespace qx

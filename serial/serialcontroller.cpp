@@ -244,7 +244,7 @@ QString SerialController::portErrorText() const
 void SerialController::watchLine()
 {
     ioTimer->start();
-    if (const qintptr descriptor = watchableDescriptor(*serialPort); descriptor >= 0) {
+    if (const qintptr descriptor = openWatch(*serialPort); descriptor >= 0) {
         lineWatch->setSocket(descriptor);
         lineWatch->setEnabled(true);
     }
@@ -262,6 +262,8 @@ void SerialController::releasePort()
 {
     ioTimer->stop();
     lineWatch->setEnabled(false);
+    closeWatch(lineWatch->socket());
+    lineWatch->setSocket(-1);
     const QSignalBlocker silence(serialPort);
     serialPort->clear();
     serialPort->close();

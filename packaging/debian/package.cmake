@@ -46,11 +46,14 @@ interface is in Simplified Chinese and English.
 .
 A simulated player is included.")
 
-# Libraries are found by dpkg-shlibdeps. What the media back end loads by name is not: without
-# the base plug-ins it crashes; the others add file formats.
+# Libraries are found by dpkg-shlibdeps. What Qt's media back end loads by name is not: before 6.5
+# that is GStreamer, which crashes without the base plug-ins; the others add file formats. Later
+# the back end is a library of Qt's own package, and brings all formats.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS gstreamer1.0-plugins-base)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "gstreamer1.0-plugins-good, gstreamer1.0-libav, fonts-noto-cjk, qt6-wayland,
-     qt6-translations-l10n")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS gstreamer1.0-plugins-ugly)
+set(recommended fonts-noto-cjk qt6-wayland qt6-translations-l10n)
+if(Qt6_VERSION VERSION_LESS 6.5)
+    set(CPACK_DEBIAN_PACKAGE_DEPENDS gstreamer1.0-plugins-base)
+    list(PREPEND recommended gstreamer1.0-plugins-good gstreamer1.0-libav)
+    set(CPACK_DEBIAN_PACKAGE_SUGGESTS gstreamer1.0-plugins-ugly)
+endif()
+list(JOIN recommended ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS)
