@@ -7,6 +7,8 @@
 #include "widgets/plaintooltip.h"
 
 #include <QAudioOutput>
+#include <QDeadlineTimer>
+#include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMediaPlayer>
@@ -14,24 +16,56 @@
 #include <QMimeDatabase>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QToolButton>
 #include <QVideoWidget>
 
 #include <algorithm>
+#include <chrono>
+#include <future>
+#include <memory>
+#include <thread>
 
 namespace qx {
 
 namespace {
+
+constexpr std::chrono::milliseconds answerOfADisk{5};
+constexpr std::chrono::milliseconds answerOfAShare{1000};
 
 QString lastDirectoryKey()
 {
     return QStringLiteral("media/lastDirectory");
 }
 
+// Whether a directory is there. It may lie on a share that has gone away, which answers after
+// seconds or never: it is asked by a thread that is left to itself, and frames go on meanwhile.
+bool answersSoon(const QString &directory)
+{
+    auto answer = std::make_shared<std::promise<bool>>();
+    std::future<bool> isThere = answer->get_future();
+    std::thread([answer, directory] { answer->set_value(QFileInfo(directory).isDir()); }).detach();
+    const auto hasAnswered = [&isThere](std::chrono::milliseconds patience) {
+        return isThere.wait_for(patience) == std::future_status::ready;
+    };
+    if (!hasAnswered(answerOfADisk)) {
+        QEventLoop frames;
+        const QDeadlineTimer deadline(answerOfAShare);
+        QTimer look;
+        QObject::connect(&look, &QTimer::timeout, &frames, [&] {
+            if (hasAnswered({}) || deadline.hasExpired())
+                frames.quit();
+        });
+        look.start(answerOfADisk);
+        frames.exec(QEventLoop::ExcludeUserInputEvents);
+    }
+    return hasAnswered({}) && isThere.get();
+}
+
 QString startDirectory()
 {
     const QString last = QSettings().value(lastDirectoryKey()).toString();
-    if (!last.isEmpty() && QFileInfo(last).isDir())
+    if (!last.isEmpty() && answersSoon(last))
         return last;
     const QString home = QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
     for (const auto location : {QStandardPaths::MoviesLocation, QStandardPaths::MusicLocation}) {

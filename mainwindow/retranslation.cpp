@@ -7,6 +7,7 @@
 #include "widgets/logview.h"
 #include "widgets/playerpanel.h"
 #include "widgets/steadylayout.h"
+#include "widgets/valuelabel.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -193,11 +194,18 @@ void MainWindow::retranslateGroups()
     setButton(QStringLiteral("clearLogButton"), UiText::ClearLogButton);
 }
 
-// For the controls that no text of their own names.
+// For the controls that no text of their own names; what reads its value out as its name says by
+// its description what that is.
 void MainWindow::retranslateAccessibleNames()
 {
     portCombo->setAccessibleName(Language::text(UiText::PortCaption));
+    portCombo->setAccessibleDescription(Language::text(UiText::PortCaption));
     hostSettingsCombo->setAccessibleName(Language::text(UiText::HostSettingsCaption));
+    hostSettingsCombo->setAccessibleDescription(Language::text(UiText::HostSettingsCaption));
+    for (qsizetype row = 0; row < statusValueLabels.size(); ++row) {
+        if (const auto *caption = findChild<QLabel *>(QStringLiteral("statusCaption%1").arg(row)))
+            statusValueLabels.at(row)->setAccessibleDescription(caption->text());
+    }
     reservedEdit->setAccessibleName(Language::text(UiText::ReservedBytesCaption));
     completeFrameEdit->setAccessibleName(Language::text(UiText::FrameSummaryCaption));
     logView->setAccessibleName(Language::text(UiText::LogGroupTitle));

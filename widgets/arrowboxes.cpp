@@ -90,6 +90,13 @@ void ArrowSpinBox::focusOutEvent(QFocusEvent *event)
     QSpinBox::focusOutEvent(event);
 }
 
+// Tab moves on without a loss of the focus where the window is not the active one.
+bool ArrowSpinBox::focusNextPrevChild(bool next)
+{
+    takeTyped();
+    return QSpinBox::focusNextPrevChild(next);
+}
+
 void ArrowSpinBox::wheelEvent(QWheelEvent *event)
 {
     if (hasFocus())

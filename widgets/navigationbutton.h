@@ -40,7 +40,7 @@ private:
         target.moveCenter(QRect(QPoint(), size).center());
         QPainter painter(&canvas);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(target, icon.pixmap(doubled / 2));
+        painter.drawPixmap(target, icon.pixmap(doubled, devicePixelRatioF()));
         return canvas;
     }
 

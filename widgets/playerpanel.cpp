@@ -314,6 +314,8 @@ void PlayerPanel::retranslateUi()
     for (TransportButton *button :
          {playButton, pauseButton, stopButton, increaseButton, decreaseButton})
         button->retranslateUi();
+    for (TransportButton *button : {increaseButton, decreaseButton})
+        button->setAccessibleDescription(Language::text(UiText::FileLabel));
     updateStatistics();
 }
 

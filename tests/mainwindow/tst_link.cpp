@@ -340,7 +340,7 @@ void LinkTest::okCompletes_data()
     QTest::newRow("as it is") << "QXUSB OK\n"_ba << u"QXUSB OK"_s;
     QTest::newRow("with a carriage return") << "QXUSB OK\r\n"_ba << u"QXUSB OK"_s;
     QTest::newRow("small letters between blanks") << "  qxusb ok \r\n"_ba << u"  qxusb ok "_s;
-    QTest::newRow("mixed letters behind a tab") << "\tQxUsB Ok\n"_ba << u"\tQxUsB Ok"_s;
+    QTest::newRow("mixed letters behind a tab") << "\tQxUsB Ok\n"_ba << u"\u2409QxUsB Ok"_s;
     QTest::newRow("behind boot text") << "rst:0x1\nQXUSB OK\n"_ba << u"QXUSB OK"_s;
 }
 

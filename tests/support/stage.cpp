@@ -63,6 +63,8 @@ void Stage::start()
     mainWindow = std::make_unique<MainWindow>();
     person = std::make_unique<Operator>(*mainWindow);
     mainWindow->show();
+    if (!QTest::qWaitForWindowActive(mainWindow.get())) // keys go where the focus is
+        qFatal("the window did not become active");
 }
 
 void Stage::restart()
