@@ -55,18 +55,28 @@ void MediaTransport::watchPlayer()
     connect(player, &QMediaPlayer::mediaStatusChanged, this, &MediaTransport::handleStatus);
 }
 
-// A backend that brings its pictures by a thread of its own does not wait for this one.
+// A backend that brings its pictures by a thread of its own does not wait for this one. That thread
+// touches nothing of this object, which may go meanwhile.
 void MediaTransport::watchPictures(QVideoSink *pictures)
 {
     connect(
         pictures, &QVideoSink::videoFrameChanged, this,
-        [this, here = QThread::currentThread(), byThread = picturesByThread] {
+        [here = QThread::currentThread(), byThread = picturesByThread] {
             if (QThread::currentThread() != here)
                 byThread->store(true);
-            else if (pictureTimer.isActive())
-                pictureTimer.start(settling);
         },
         Qt::DirectConnection);
+    connect(pictures, &QVideoSink::videoFrameChanged, this, &MediaTransport::handlePicture);
+}
+
+void MediaTransport::handlePicture()
+{
+    if (!pictureTimer.isActive())
+        return;
+    if (*picturesByThread)
+        settle();
+    else
+        pictureTimer.start(settling);
 }
 
 void MediaTransport::handleStatus(QMediaPlayer::MediaStatus status)

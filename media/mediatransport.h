@@ -64,6 +64,7 @@ signals:
 private:
     void watchPlayer();
     void watchPictures(QVideoSink *pictures);
+    void handlePicture();
     void handleStatus(QMediaPlayer::MediaStatus status);
     void fail(const QString &reason);
     bool isInvalid() const;
