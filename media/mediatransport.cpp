@@ -121,6 +121,7 @@ void MediaTransport::load(const QString &newPath)
     path = newPath;
     leaving = true;
     targetMs = 0;
+    seekDeferred = false;
     request(loadDeferred);
 }
 
@@ -171,6 +172,7 @@ void MediaTransport::pause()
 void MediaTransport::stop()
 {
     targetMs = 0;
+    seekDeferred = false;
     if (player->hasVideo() && player->playbackState() == QMediaPlayer::PlayingState &&
         !*picturesByThread) {
         player->pause();
@@ -241,10 +243,8 @@ void MediaTransport::awaitPicture()
 void MediaTransport::settle()
 {
     pictureTimer.stop();
-    if (std::exchange(stopDeferred, false)) {
-        seekDeferred = false;
+    if (std::exchange(stopDeferred, false))
         stopNow();
-    }
     if (std::exchange(loadDeferred, false))
         setSource();
     if (std::exchange(seekDeferred, false)) {
