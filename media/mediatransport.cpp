@@ -43,6 +43,8 @@ void MediaTransport::watchPlayer()
         emit ready(ms);
     });
     connect(player, &QMediaPlayer::seekableChanged, this, &MediaTransport::applyTarget);
+    connect(player, &QMediaPlayer::positionChanged, this,
+            [this](qint64 ms) { begun = begun || ms > 0; });
     connect(player, &QMediaPlayer::hasVideoChanged, this, [this](bool hasVideo) {
         if (!leaving)
             emit videoChanged(hasVideo);
@@ -87,7 +89,21 @@ void MediaTransport::handleStatus(QMediaPlayer::MediaStatus status)
     if (status == QMediaPlayer::InvalidMedia)
         fail(player->errorString());
     else if (status == QMediaPlayer::EndOfMedia)
-        emit ended();
+        handleEnd();
+}
+
+// Some backends load bytes that are no media at all, and come to their end without a word. Others
+// take the beginning of a file, played right after it was paused or loaded, for its end, once.
+void MediaTransport::handleEnd()
+{
+    const bool atBeginning = !std::exchange(begun, true) && player->position() < 1;
+    if (atBeginning && player->duration() > 0) {
+        player->play();
+        return;
+    }
+    if (atBeginning && !player->hasVideo())
+        fail({});
+    emit ended();
 }
 
 void MediaTransport::fail(const QString &reason)
@@ -150,6 +166,7 @@ void MediaTransport::play()
         player->setPosition(0);
     }
     failedInPlay = false;
+    begun = begun && player->playbackState() == QMediaPlayer::PlayingState;
     player->play();
 }
 
