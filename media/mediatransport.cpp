@@ -43,6 +43,8 @@ void MediaTransport::watchPlayer()
         emit ready(ms);
     });
     connect(player, &QMediaPlayer::seekableChanged, this, &MediaTransport::applyTarget);
+    connect(player, &QMediaPlayer::positionChanged, this,
+            [this](qint64 ms) { begun = begun || ms > 0; });
     connect(player, &QMediaPlayer::hasVideoChanged, this, [this](bool hasVideo) {
         if (!leaving)
             emit videoChanged(hasVideo);
@@ -55,18 +57,28 @@ void MediaTransport::watchPlayer()
     connect(player, &QMediaPlayer::mediaStatusChanged, this, &MediaTransport::handleStatus);
 }
 
-// A backend that brings its pictures by a thread of its own does not wait for this one.
+// A backend that brings its pictures by a thread of its own does not wait for this one. That thread
+// touches nothing of this object, which may go meanwhile.
 void MediaTransport::watchPictures(QVideoSink *pictures)
 {
     connect(
         pictures, &QVideoSink::videoFrameChanged, this,
-        [this, here = QThread::currentThread(), byThread = picturesByThread] {
+        [here = QThread::currentThread(), byThread = picturesByThread] {
             if (QThread::currentThread() != here)
                 byThread->store(true);
-            else if (pictureTimer.isActive())
-                pictureTimer.start(settling);
         },
         Qt::DirectConnection);
+    connect(pictures, &QVideoSink::videoFrameChanged, this, &MediaTransport::handlePicture);
+}
+
+void MediaTransport::handlePicture()
+{
+    if (!pictureTimer.isActive())
+        return;
+    if (*picturesByThread)
+        settle();
+    else
+        pictureTimer.start(settling);
 }
 
 void MediaTransport::handleStatus(QMediaPlayer::MediaStatus status)
@@ -77,7 +89,21 @@ void MediaTransport::handleStatus(QMediaPlayer::MediaStatus status)
     if (status == QMediaPlayer::InvalidMedia)
         fail(player->errorString());
     else if (status == QMediaPlayer::EndOfMedia)
-        emit ended();
+        handleEnd();
+}
+
+// Some backends load bytes that are no media at all, and come to their end without a word. Others
+// take the beginning of a file, played right after it was paused or loaded, for its end, once.
+void MediaTransport::handleEnd()
+{
+    const bool atBeginning = !std::exchange(begun, true) && player->position() < 1;
+    if (atBeginning && player->duration() > 0) {
+        player->play();
+        return;
+    }
+    if (atBeginning && !player->hasVideo())
+        fail({});
+    emit ended();
 }
 
 void MediaTransport::fail(const QString &reason)
@@ -111,6 +137,7 @@ void MediaTransport::load(const QString &newPath)
     path = newPath;
     leaving = true;
     targetMs = 0;
+    seekDeferred = false;
     request(loadDeferred);
 }
 
@@ -139,6 +166,7 @@ void MediaTransport::play()
         player->setPosition(0);
     }
     failedInPlay = false;
+    begun = begun && player->playbackState() == QMediaPlayer::PlayingState;
     player->play();
 }
 
@@ -161,6 +189,7 @@ void MediaTransport::pause()
 void MediaTransport::stop()
 {
     targetMs = 0;
+    seekDeferred = false;
     if (player->hasVideo() && player->playbackState() == QMediaPlayer::PlayingState &&
         !*picturesByThread) {
         player->pause();
@@ -231,10 +260,8 @@ void MediaTransport::awaitPicture()
 void MediaTransport::settle()
 {
     pictureTimer.stop();
-    if (std::exchange(stopDeferred, false)) {
-        seekDeferred = false;
+    if (std::exchange(stopDeferred, false))
         stopNow();
-    }
     if (std::exchange(loadDeferred, false))
         setSource();
     if (std::exchange(seekDeferred, false)) {

@@ -58,13 +58,19 @@ public:
 signals:
     void ready(qint64 durationMs); ///< length known, 1 ms or more; some files change it again
     void videoChanged(bool hasVideo);
-    void failed(const QString &reason); ///< in the backend's words, which may be empty
+
+    /// In the backend's words, which may be empty. A file with nothing in it to play fails so when
+    /// it is played, and ends.
+    void failed(const QString &reason);
+
     void ended();
 
 private:
     void watchPlayer();
     void watchPictures(QVideoSink *pictures);
+    void handlePicture();
     void handleStatus(QMediaPlayer::MediaStatus status);
+    void handleEnd();
     void fail(const QString &reason);
     bool isInvalid() const;
 
@@ -79,6 +85,7 @@ private:
     QString path;
     bool leaving = false;       ///< the player still speaks of the file before
     bool failedInPlay = false;  ///< since the current file was last played
+    bool begun = false;         ///< it has left its beginning since it was last played
     qint64 targetMs = 0;        ///< where the file is to stand
     bool targetPending = false; ///< it could not be moved there yet
 

@@ -571,26 +571,31 @@ void TestMedia::broken_data()
     QTest::newRow("header only") << u"header.wav"_s << QByteArray("RIFF\x24\0\0\0WAVEfmt ", 16);
 }
 
-// One line and one box, however often the backend reports.
+// One line and one box, however often the backend reports. It may also take the bytes for media of
+// no length and say nothing: that is told when it is played.
 void TestMedia::broken()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
     Stage stage;
     const Operator &hand = stage.hand();
-    QSignalSpy reports(hand.media(), &QMediaPlayer::errorOccurred);
+    const QMediaPlayer *media = hand.media();
+    QSignalSpy reports(media, &QMediaPlayer::errorOccurred);
     files->file(name, content);
     QVERIFY(stage.window().loadMediaFile(files->path(name)));
     QCOMPARE(hand.lastLog(), selectedLine(name));
 
-    QTRY_COMPARE(hand.media()->mediaStatus(), QMediaPlayer::InvalidMedia);
+    QTRY_VERIFY(media->mediaStatus() != QMediaPlayer::LoadingMedia);
+    const bool refused = media->mediaStatus() == QMediaPlayer::InvalidMedia;
+    QVERIFY(refused || media->duration() < 1);
     QVERIFY(!preview(stage)->isVisible());
     hand.click(hand.play());
     QTRY_VERIFY(hand.frame()->value() >= 3); // frames do not care
+    QTRY_COMPARE(hand.log("ERR").size(), 1);
     hand.click(hand.stop());
-    QCOMPARE(hand.media()->playbackState(), QMediaPlayer::StoppedState);
+    QCOMPARE(media->playbackState(), QMediaPlayer::StoppedState);
 
-    QVERIFY(!reports.isEmpty());
+    QCOMPARE(reports.isEmpty(), !refused);
     QCOMPARE(hand.log("ERR").size(), 1);
     QVERIFY(hand.log("ERR").first().startsWith(u"Media playback failed: "_s));
     QVERIFY(hand.log("ERR").first().size() > playbackFailed({}).size());

@@ -6,9 +6,13 @@
 #include <QAudioOutput>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 #include <QUrl>
+#include <QVideoFrame>
 #include <QVideoSink>
 
+#include <algorithm>
+#include <atomic>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +24,8 @@ namespace {
 // A player with its outputs, and everything that the transport has said.
 struct Deck
 {
+    std::atomic_int picturesHere = 0; // that came to the transport's thread
+    std::atomic_bool picturesByThread = false;
     QMediaPlayer player;
     QAudioOutput sound;
     QVideoSink pictures;
@@ -33,7 +39,19 @@ struct Deck
     {
         player.setAudioOutput(&sound);
         player.setVideoOutput(&pictures);
+        QObject::connect(
+            &pictures, &QVideoSink::videoFrameChanged, &pictures,
+            [this, here = QThread::currentThread()](const QVideoFrame &picture) {
+                if (QThread::currentThread() != here)
+                    picturesByThread = true;
+                else if (picture.isValid())
+                    ++picturesHere;
+            },
+            Qt::DirectConnection);
     }
+
+    // Whether the backend hands this thread its pictures and waits until they are taken.
+    bool waitsForUs() const { return !picturesByThread; }
 
     bool isLoaded(const QString &path) const
     {
@@ -48,6 +66,14 @@ struct Deck
 
     bool isPlaying() const { return player.playbackState() == QMediaPlayer::PlayingState; }
 };
+
+bool anyIn(const QSignalSpy &positions, qint64 fromMs, qint64 toMs)
+{
+    return std::any_of(positions.cbegin(), positions.cend(), [&](const QList<QVariant> &position) {
+        const qint64 ms = position.first().toLongLong();
+        return ms >= fromMs && ms <= toMs;
+    });
+}
 
 } // namespace
 
@@ -71,6 +97,7 @@ private slots:
     void seekWhileItLoads();
     void seekThenStopWhileItLoads();
     void anotherFileWhileItLoads();
+    void anotherFileIsNotPlayedForIt();
     void seekWhileAnotherLeaves();
     void seekBeyondTheEnd();
     void leavingFileIsSilent();
@@ -78,8 +105,15 @@ private slots:
     void playAfterTheEndStartsOver();
     void playAgainAtTheEnd();
     void stopOfAPlayingVideo();
+    void stopBeforeTheFirstPicture();
+    void anotherFileOverAPlayingVideo();
+    void dragOfAPausedVideo();
     void playRightAfterStop();
+    void seekRightAfterStop();
+    void loadRightAfterSeek();
+    void goneWhileAVideoPlays();
     void brokenFile();
+    void nothingInTheFile();
     void goodFileAfterABrokenOne();
 
 private:
@@ -92,6 +126,7 @@ private:
     QString webm;
     QString longWebm;
     QString broken;
+    QString empty;
 };
 
 void TestMediaTransport::initTestCase()
@@ -103,7 +138,8 @@ void TestMediaTransport::initTestCase()
     webm = files->video(u"clip.webm"_s, 3000);
     longWebm = files->video(u"long.webm"_s, 8000);
     broken = files->file(u"broken.mp3"_s, "not music");
-    for (const QString &path : {wav, longWav, shortWav, webm, longWebm, broken})
+    empty = files->emptyRecording(u"empty.wav"_s);
+    for (const QString &path : {wav, longWav, shortWav, webm, longWebm, broken, empty})
         QVERIFY2(!path.isEmpty(), qPrintable(files->problem()));
 }
 
@@ -242,6 +278,17 @@ void TestMediaTransport::anotherFileWhileItLoads()
     QVERIFY(qAbs(deck.ready.last().first().toLongLong() - 10000) < 100);
 }
 
+// Play was meant for the file before.
+void TestMediaTransport::anotherFileIsNotPlayedForIt()
+{
+    Deck deck;
+    deck.transport.load(webm);
+    deck.transport.play();
+    deck.transport.load(longWav);
+    QTRY_VERIFY(deck.isLoaded(longWav));
+    QVERIFY(deck.isAtRest());
+}
+
 // The length of the one that leaves is not the new one's: it bounds nothing.
 void TestMediaTransport::seekWhileAnotherLeaves()
 {
@@ -316,15 +363,65 @@ void TestMediaTransport::playAgainAtTheEnd()
     QVERIFY(deck.isPlaying());
 }
 
+// Where the backend waits until its picture is taken, it is stopped after that; else at once.
 void TestMediaTransport::stopOfAPlayingVideo()
 {
     Deck deck;
     deck.transport.load(webm);
     deck.transport.play();
     QTRY_VERIFY(deck.player.position() > 300);
+    const int before = deck.picturesHere;
+    deck.transport.stop();
+    if (!deck.waitsForUs())
+        QVERIFY(deck.isAtRest());
+    QTRY_VERIFY(deck.isAtRest());
+    QVERIFY(!deck.waitsForUs() || deck.picturesHere > before);
+    QVERIFY(!deck.transport.hasEnded());
+}
+
+void TestMediaTransport::stopBeforeTheFirstPicture()
+{
+    Deck deck;
+    deck.transport.load(webm);
+    QTRY_VERIFY(deck.isLoaded(webm));
+    deck.transport.play();
     deck.transport.stop();
     QTRY_VERIFY(deck.isAtRest());
-    QVERIFY(!deck.transport.hasEnded());
+    deck.transport.play();
+    QTRY_VERIFY(deck.player.position() > 300);
+}
+
+void TestMediaTransport::anotherFileOverAPlayingVideo()
+{
+    Deck deck;
+    deck.transport.load(longWebm);
+    deck.transport.play();
+    QTRY_VERIFY(deck.player.position() > 300);
+    const int before = deck.picturesHere;
+    deck.transport.stop();
+    deck.transport.load(wav);
+    if (!deck.waitsForUs())
+        QCOMPARE(deck.player.source(), QUrl::fromLocalFile(wav));
+    QTRY_VERIFY(deck.isLoaded(wav));
+    QVERIFY(!deck.waitsForUs() || deck.picturesHere > before);
+    QVERIFY(deck.isAtRest());
+}
+
+// What is asked for while a picture is on its way is left out, but for the last.
+void TestMediaTransport::dragOfAPausedVideo()
+{
+    Deck deck;
+    deck.transport.load(longWebm);
+    deck.transport.play();
+    QTRY_VERIFY(deck.player.position() > 300);
+    deck.transport.pause();
+    QSignalSpy positions(&deck.player, &QMediaPlayer::positionChanged);
+    for (qint64 ms = 2000; ms <= 2500; ms += 50)
+        QVERIFY(deck.transport.seek(ms));
+    QTRY_COMPARE(deck.player.position(), 2500);
+    QVERIFY(anyIn(positions, 2000, 2000));
+    QCOMPARE(anyIn(positions, 2050, 2450), !deck.waitsForUs());
+    QCOMPARE(deck.player.playbackState(), QMediaPlayer::PausedState);
 }
 
 void TestMediaTransport::playRightAfterStop()
@@ -341,6 +438,54 @@ void TestMediaTransport::playRightAfterStop()
     QVERIFY(positions.last().first().toLongLong() < 1000);
 }
 
+void TestMediaTransport::seekRightAfterStop()
+{
+    Deck deck;
+    deck.transport.load(longWebm);
+    deck.transport.play();
+    QTRY_VERIFY(deck.player.position() > 300);
+    deck.transport.stop();
+    QVERIFY(deck.transport.seek(2000));
+    QTRY_COMPARE(deck.player.position(), 2000);
+    QCOMPARE(deck.player.playbackState(), QMediaPlayer::StoppedState);
+}
+
+// The seeks were meant for the file before.
+void TestMediaTransport::loadRightAfterSeek()
+{
+    Deck deck;
+    deck.transport.load(longWebm);
+    deck.transport.play();
+    QTRY_VERIFY(deck.player.position() > 300);
+    deck.transport.pause();
+    QVERIFY(deck.transport.seek(1500));
+    QVERIFY(deck.transport.seek(2500));
+    deck.transport.load(longWav);
+    QTRY_VERIFY(deck.isLoaded(longWav));
+    QVERIFY(deck.isAtRest());
+    QSignalSpy positions(&deck.player, &QMediaPlayer::positionChanged);
+    deck.transport.play();
+    QTRY_VERIFY(deck.player.position() > 500);
+    QVERIFY(anyIn(positions, 1, 1000));
+}
+
+// The pictures go on coming, perhaps by another thread.
+void TestMediaTransport::goneWhileAVideoPlays()
+{
+    QMediaPlayer player;
+    QVideoSink pictures;
+    player.setVideoOutput(&pictures);
+    auto transport = std::make_unique<MediaTransport>(&player, &pictures);
+    transport->load(webm);
+    transport->play();
+    QTRY_VERIFY(player.position() > 300);
+    transport->seek(0);
+    transport.reset();
+    QSignalSpy shown(&pictures, &QVideoSink::videoFrameChanged);
+    QTRY_VERIFY(shown.size() > 5);
+    QCOMPARE(player.playbackState(), QMediaPlayer::PlayingState);
+}
+
 void TestMediaTransport::brokenFile()
 {
     Deck deck;
@@ -352,6 +497,19 @@ void TestMediaTransport::brokenFile()
     deck.transport.pause();
     QCOMPARE(deck.player.playbackState(), QMediaPlayer::StoppedState);
     deck.transport.stop();
+    QCOMPARE(deck.ready.size(), 0);
+}
+
+// A recording that was broken off: the header is all there is.
+void TestMediaTransport::nothingInTheFile()
+{
+    Deck deck;
+    deck.transport.load(empty);
+    QTRY_COMPARE(deck.player.mediaStatus(), QMediaPlayer::LoadedMedia);
+    QCOMPARE(deck.failures.size(), 0);
+    deck.transport.play();
+    QTRY_COMPARE(deck.ends.size(), 1);
+    QCOMPARE(deck.failures.size(), 1);
     QCOMPARE(deck.ready.size(), 0);
 }
 

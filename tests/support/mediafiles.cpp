@@ -76,6 +76,13 @@ QString MediaFiles::unseekable(const QString &name)
     return run(name, u"%1 ! jpegenc ! multipartmux"_s.arg(pictureSource(2000)));
 }
 
+QString MediaFiles::emptyRecording(const QString &name)
+{
+    return file(name, QByteArray::fromHex("52494646 24000000 57415645 666d7420 10000000"
+                                          "01000100 44ac0000 88580100 02001000"
+                                          "64617461 00000000"));
+}
+
 QString MediaFiles::file(const QString &name, const QByteArray &content)
 {
     QFile file(path(name));

@@ -29,6 +29,9 @@ public:
     /// Pictures one after another, without an index or a duration: cannot be sought.
     QString unseekable(const QString &name);
 
+    /// A recording (wav) that was broken off: the header of a sound without a sample.
+    QString emptyRecording(const QString &name);
+
     /// Any bytes.
     QString file(const QString &name, const QByteArray &content);
 
