@@ -18,7 +18,7 @@ class TestWayland : public QObject
 private slots:
     void initTestCase();
     void theWindowPlaysInDemoMode();
-    void theProgramShowsItsWindow();
+    void theProgramShowsItsWindowAndEnds();
 };
 
 void TestWayland::initTestCase()
@@ -41,7 +41,7 @@ void TestWayland::theWindowPlaysInDemoMode()
     QTRY_VERIFY(!stage.window().isVisible());
 }
 
-void TestWayland::theProgramShowsItsWindow()
+void TestWayland::theProgramShowsItsWindowAndEnds()
 {
     freshSettings(QStringLiteral("en"));
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -63,6 +63,8 @@ void TestWayland::theProgramShowsItsWindow()
 
     program.terminate();
     QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
 }
 
 QTEST_MAIN(TestWayland)
