@@ -4,6 +4,7 @@
 #include "mainwindow/hexscan.h"
 #include "mainwindow/mainwindow.h"
 #include "widgets/arrowboxes.h"
+#include "widgets/fittedlineedit.h"
 #include "widgets/playerpanel.h"
 
 #include <QLineEdit>
@@ -83,9 +84,8 @@ void MainWindow::updateFramePreview()
     const QString mark = ok ? QString() : QStringLiteral("border:1px solid #9b4d55;");
     if (reservedEdit->styleSheet() != mark)
         reservedEdit->setStyleSheet(mark);
-    completeFrameEdit->setText(ok ? Protocol::frameSummary(frame)
-                                  : Language::text(UiText::ReservedFieldInvalid));
-    completeFrameEdit->setCursorPosition(0);
+    completeFrameEdit->showText(ok ? Protocol::frameSummary(frame)
+                                   : Language::text(UiText::ReservedFieldInvalid));
 }
 
 void MainWindow::sendManualFrame()

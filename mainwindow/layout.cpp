@@ -6,6 +6,7 @@
 #include "mainwindow/version.h"
 #include "widgets/arrowboxes.h"
 #include "widgets/colours.h"
+#include "widgets/fittedlineedit.h"
 #include "widgets/framedisplay.h"
 #include "widgets/greyicon.h"
 #include "widgets/groupcolumn.h"
@@ -309,8 +310,7 @@ QGroupBox *MainWindow::createFrameGroup()
     grid->addWidget(reservedEdit, 2, 2, 1, 6);
 
     QLabel *completeFrameCaption = namedLabel(QStringLiteral("completeFrameCaption"));
-    completeFrameEdit = new QLineEdit;
-    completeFrameEdit->setReadOnly(true);
+    completeFrameEdit = new FittedLineEdit;
     prepareFrameDisplay(completeFrameEdit, colours::surface);
     completeFrameCaption->setBuddy(completeFrameEdit);
     grid->addWidget(completeFrameCaption, 3, 0, 1, 2);

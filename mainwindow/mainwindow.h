@@ -33,6 +33,7 @@ QT_END_NAMESPACE
 
 namespace qx {
 
+class FittedLineEdit;
 class LogView;
 class MediaTransport;
 class PlayerPanel;
@@ -232,7 +233,7 @@ private:
     QSpinBox *blueSpin = nullptr;
     QSpinBox *whiteSpin = nullptr;
     QLineEdit *reservedEdit = nullptr;
-    QLineEdit *completeFrameEdit = nullptr;
+    FittedLineEdit *completeFrameEdit = nullptr;
     QList<ValueLabel *> statusValueLabels; ///< seven rows
     LogView *logView = nullptr;
     QLineEdit *manualFrameEdit = nullptr;

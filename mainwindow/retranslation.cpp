@@ -4,6 +4,7 @@
 #include "mainwindow/messagelifetimes.h"
 #include "mainwindow/version.h"
 #include "serial/serialcontroller.h"
+#include "widgets/fittedlineedit.h"
 #include "widgets/logview.h"
 #include "widgets/playerpanel.h"
 #include "widgets/steadylayout.h"

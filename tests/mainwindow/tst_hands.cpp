@@ -83,6 +83,7 @@ private slots:
     void alarmsStandOutInTheLog();
     void controlCharactersAreShown();
     void namesFromOutsideArePlainText();
+    void errorOfTheReservedFieldIsWhole();
 
 private:
     std::vector<QSpinBox *> boxes();
@@ -470,6 +471,19 @@ void HandsTest::namesFromOutsideArePlainText()
     hand().ports()->setCurrentIndex(hand().ports()->count() - 1);
     QVERIFY(!hand().ports()->toolTip().contains(u"<h1>"_s));
     QVERIFY(hand().ports()->toolTip().contains(u"&lt;h1&gt;tty"_s));
+}
+
+void HandsTest::errorOfTheReservedFieldIsWhole()
+{
+    hand().type(hand().reserved(), u"00 0G"_s);
+    const QLineEdit *summary = hand().summary();
+    QCOMPARE(summary->text(),
+             either(u"The reserved field must contain exactly 6 hexadecimal bytes"_s,
+                    u"保留字段必须恰好是 6 个十六进制字节"_s));
+    const int edges = 2 * (1 + 5 + 2); // border, padding, margin
+    QVERIFY(summary->fontMetrics().horizontalAdvance(summary->text()) <= summary->width() - edges);
+    hand().type(hand().reserved(), u"00 00 00 00 00 00"_s);
+    QCOMPARE(summary->font().stretch(), int(QFont::Unstretched));
 }
 
 QTEST_MAIN(HandsTest)
