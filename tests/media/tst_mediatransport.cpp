@@ -261,7 +261,7 @@ void TestMediaTransport::seekThenStopWhileItLoads()
     deck.transport.stop();
     QTRY_VERIFY(deck.isLoaded(wav));
     deck.transport.play();
-    QTRY_VERIFY(deck.player.position() > 100);
+    QTRY_VERIFY(anyIn(positions, 100, 3000));
     QVERIFY(positions.first().first().toLongLong() < 1000);
 }
 
@@ -465,8 +465,8 @@ void TestMediaTransport::loadRightAfterSeek()
     QVERIFY(deck.isAtRest());
     QSignalSpy positions(&deck.player, &QMediaPlayer::positionChanged);
     deck.transport.play();
-    QTRY_VERIFY(deck.player.position() > 500);
-    QVERIFY(anyIn(positions, 1, 1000));
+    QTRY_VERIFY(anyIn(positions, 500, 10'000));
+    QVERIFY(positions.first().first().toLongLong() < 1000);
 }
 
 // The pictures go on coming, perhaps by another thread.
