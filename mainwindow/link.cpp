@@ -220,6 +220,7 @@ void MainWindow::setLamp(bool lit)
 
 void MainWindow::refreshLinkTexts()
 {
+    setLamp(isDemo() || (serialController->isOpen() && usbLinked)); // which says it in words, too
     const QString handshaking = Language::text(UiText::Handshaking);
     const QString disconnected = Language::text(UiText::Disconnected);
     if (isDemo()) {
