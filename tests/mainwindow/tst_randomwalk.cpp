@@ -2,7 +2,8 @@
 //
 // Thousands of steps of an operator at the window and of a player that answers rightly, wrongly,
 // late, twice or not at all. An account is kept of what log and status bar say; a line that the
-// rules of the link do not allow, or a missing one, ends the walk.
+// rules of the link do not allow, or a missing one, ends the walk; and so does a number that is
+// taken while it is being typed, or a wheel that turns what it should not.
 //
 // QX_WALK_SEED and QX_WALK_STEPS choose another walk; QX_WALK_MINUTES makes it a long one, which
 // also looks at memory (tests/soak).
@@ -12,6 +13,7 @@
 #include "tests/support/residentmemory.h"
 #include "tests/support/stage.h"
 
+#include <QApplication>
 #include <QDeadlineTimer>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -21,6 +23,7 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTimer>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <chrono>
@@ -28,12 +31,14 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using namespace qx::test;
 using qx::ControlFrame;
 using qx::Language;
+using qx::PlaybackState;
 using qx::Protocol;
 using qx::ReplyKind;
 using qx::SimulatedFrame;
@@ -97,11 +102,14 @@ private:
 class Account
 {
 public:
-    /// `helloTimerRuns` counts how often the timer that repeats HELLO has run out.
-    Account(Operator &operatorAtWindow, QString path, const EventCounter &helloTimerRuns)
+    /// `helloTimerRuns` counts how often the timer that repeats HELLO has run out;
+    /// `playbackTimer` is the one of the interval.
+    Account(Operator &operatorAtWindow, QString path, const EventCounter &helloTimerRuns,
+            const QTimer &playbackTimer)
         : hand(operatorAtWindow)
         , port(std::move(path))
         , helloTimerRuns(helloTimerRuns)
+        , playbackTimer(playbackTimer)
     {
         for (QTimer *timer : {&firstHelloPeriod, &window}) {
             timer->setSingleShot(true);
@@ -121,7 +129,21 @@ public:
             fromPlayer.cut();
     }
     void unplugged() { toPlayer.forgetDoubtful(); }
+
+    // What the hand does next. Between these two no event comes in.
+    void beginAct();
+    void play();
+    void pause();
+    void stop();
+    void endAct();
+
     void endOfStep();
+    void require(bool condition, const char *rule);
+    void note(const QString &event); ///< for the history of a violation
+    bool rests() const { return state == PlaybackState::Stopped; }
+    bool isReady() const { return demo || linked; } ///< frames may go out
+    bool lacksHandshake() const { return open && !linked; }
+    bool keepsStop() const { return stopKept; }
     bool isSettled() const { return underWay().isEmpty(); }
     QStringList underWay() const; ///< what has not come to its end yet
     QString verdict() const { return violation; }
@@ -139,8 +161,7 @@ public:
         return writes + retries - toPlayer.stillAwaited().size() - toPlayer.swallowed();
     }
 
-    // Set while the operator acts: whether frames come from the hand, and from where.
-    bool operatorActs = false;
+    // Set while the operator acts: where frames of the hand come from.
     bool mayRestartHandshake = false;
     QString typedFrame; ///< summary of the frame in the manual field, if that is being sent
 
@@ -150,20 +171,28 @@ public:
     int requeued = 0;      ///< in flight when the session was lost, or
     int abandoned = 0;     ///< when the line was
     int failedUnasked = 0; ///< failures told while nothing was in flight
+    int stopsKept = 0, stopsFollowed = 0, stopsForgotten = 0;
 
 private:
-    void require(bool condition, const char *rule);
     bool takeDue(const QString &event);
+    bool tellsLoss(const QString &event) const;
+    QString owed() const;
+    void owe(UiText line);
+    void refusePlayback();
+    void forgetStop();
+    void rest(bool resends);
+    void notice();
+    bool tellsClosing(const QString &line) const;
     QString offered() const { return typedFrame.isEmpty() ? hand.summary()->text() : typedFrame; }
     QString outcome(UiText message, int ok, int fail) const;
 
-    void systemLine(const QString &message);
-    void errorLine(const QString &message);
+    void systemLine(const QString &message, bool wasDue);
+    void errorLine(const QString &message, bool wasDue);
     void helloSent(const QString &message, bool wasDue);
     void frameSent(const QString &summary, bool wasDue);
     void frameSentAgain(const QString &summary, bool wasDue);
     void heard(const QString &line);
-    void frameQueued();
+    void frameQueued(bool wasDue);
     void frameRetained();
     void closed();
     void finished(bool success);
@@ -178,6 +207,13 @@ private:
     Operator &hand;
     const QString port;
     const EventCounter &helloTimerRuns;
+    const QTimer &playbackTimer;
+    bool operatorActs = false;
+    PlaybackState state = PlaybackState::Stopped;
+    bool timerRuns = false; ///< the one of the interval
+    bool stopKept = false;  ///< Stop came while the handshake was missing
+    bool frameOwed = false; ///< after what is due: the frame of the editors is offered, and
+    QString lineOwed;       ///< then this line comes
     bool demo = true;
     bool open = false;
     bool linked = false;
@@ -187,7 +223,7 @@ private:
     int writesOfFrame = 0;
     QString pending;
     QString offeredAgain;          ///< posted to the event loop after an outcome
-    bool maybeTaken = false;       ///< the frame that was sent may have been that one
+    bool maybeTaken = false;       ///< in demo mode: the frame that was sent may have been that one
     int stepsOfferedAgain = 0;     ///< for so long
     std::optional<bool> finishing; ///< the outcome that the next status message tells
     QStringList due;               ///< events that must come next
@@ -206,17 +242,125 @@ void Account::require(bool condition, const char *rule)
     violation = u"%1, after:\n  %2"_s.arg(QLatin1String(rule), history.join(u"\n  "_s));
 }
 
-// False if nothing is due; a due event that does not come is a violation.
-bool Account::takeDue(const QString &event)
+void Account::note(const QString &event)
 {
     history.append(event);
     if (history.size() > 30)
         history.removeFirst();
-    if (due.isEmpty())
+}
+
+// False if nothing is due; a due event that does not come is a violation.
+bool Account::takeDue(const QString &event)
+{
+    const bool isOwed = due.isEmpty();
+    const QString expected = isOwed ? owed() : due.takeFirst();
+    const bool comesBetween = isOwed && event != expected && tellsLoss(event);
+    note(event);
+    if (expected.isEmpty() || comesBetween)
         return false;
-    const QString expected = due.takeFirst();
+    if (isOwed && !std::exchange(frameOwed, false))
+        lineOwed.clear();
     require(event == expected, qPrintable(u"due was: "_s + expected));
     return true;
+}
+
+// A line can be lost while it is written to: what is owed then comes after that, if at all.
+bool Account::tellsLoss(const QString &event) const
+{
+    const bool written = !history.isEmpty() && history.last().startsWith(u"TX ");
+    return (open && written && event.startsWith(u"ERR ")) ||
+           (!controllerError.isEmpty() && event == u"SYS   "_s + controllerError);
+}
+
+// The frame of the editors is written, waits behind another, or is refused.
+QString Account::owed() const
+{
+    if (!frameOwed)
+        return lineOwed;
+    if (!hand.reserved()->styleSheet().isEmpty())
+        return u"ERR   "_s + Language::text(UiText::FrameNotSentReserved);
+    if (!demo && !inFlight.isEmpty())
+        return u"QUEUE "_s + Language::text(UiText::WaitingAckFrameReplaced);
+    return u"TX    "_s + hand.summary()->text();
+}
+
+void Account::owe(UiText line)
+{
+    frameOwed = true;
+    lineOwed = u"SYS   "_s + Language::text(line);
+}
+
+void Account::beginAct()
+{
+    notice();
+    operatorActs = true;
+}
+
+void Account::endAct()
+{
+    require(!frameOwed && lineOwed.isEmpty(), "what the hand asked for is done at once");
+    operatorActs = false;
+    mayRestartHandshake = false;
+    typedFrame.clear();
+}
+
+void Account::refusePlayback()
+{
+    lineOwed = u"ERR   "_s + Language::text(UiText::CompleteHandshakeFirst);
+}
+
+void Account::forgetStop()
+{
+    stopsForgotten += std::exchange(stopKept, false);
+}
+
+void Account::play()
+{
+    if (!isReady())
+        return refusePlayback();
+    state = PlaybackState::Playing;
+    timerRuns = true;
+    frameOwed = true;
+}
+
+void Account::pause()
+{
+    if (!isReady())
+        return refusePlayback();
+    state = PlaybackState::Paused;
+    timerRuns = true;
+    owe(UiText::PausedResending);
+}
+
+// On an open port that is not ready Stop is kept until it is, or until it is forgotten.
+void Account::stop()
+{
+    if (isReady()) {
+        rest(true);
+        owe(UiText::StoppedResendingZero);
+        return;
+    }
+    rest(false);
+    stopsKept += open && !stopKept;
+    stopKept = open;
+}
+
+void Account::rest(bool resends)
+{
+    state = PlaybackState::Stopped;
+    timerRuns = resends;
+}
+
+// Playing can come to its end by itself, with a line in the log or without.
+void Account::notice()
+{
+    if (operatorActs || state != PlaybackState::Playing ||
+        hand.state() != Language::text(UiText::StateStopped))
+        return;
+    require(!hand.replay()->isChecked(), "it plays on while Replay is on");
+    require(demo || (inFlight.isEmpty() && offeredAgain.isEmpty()),
+            "no step while a frame is in flight or waits to be offered again");
+    stop();
 }
 
 QString Account::outcome(UiText message, int ok, int fail) const
@@ -227,13 +371,15 @@ QString Account::outcome(UiText message, int ok, int fail) const
 
 void Account::logLine(const QString &line)
 {
+    if (!tellsClosing(line))
+        notice();
     const bool wasDue = takeDue(line);
     const QString tag = line.first(5).trimmed();
     const QString message = line.mid(6);
     if (tag == u"SYS")
-        systemLine(message);
+        systemLine(message, wasDue);
     else if (tag == u"ERR")
-        errorLine(message);
+        errorLine(message, wasDue);
     else if (tag == u"TX" && message.startsWith(u"QXUSB"))
         helloSent(message, wasDue);
     else if (tag == u"TX")
@@ -245,14 +391,23 @@ void Account::logLine(const QString &line)
     else if (tag == u"RX")
         heard(message);
     else if (tag == u"QUEUE")
-        frameQueued();
+        frameQueued(wasDue);
     else if (tag == u"WAIT")
         frameRetained();
     else
         require(false, "no other tag");
 }
 
-void Account::systemLine(const QString &message)
+// The window has stopped playing before it tells that.
+bool Account::tellsClosing(const QString &line) const
+{
+    const QString message = line.mid(6);
+    return line.startsWith(u"SYS ") &&
+           (message == controllerError ||
+            message == Language::text(UiText::DisconnectedFrom).arg(port));
+}
+
+void Account::systemLine(const QString &message, bool wasDue)
 {
     const QString opened = Language::text(UiText::PortOpened).arg(port, u"115200"_s);
     const QString disconnected = Language::text(UiText::DisconnectedFrom).arg(port);
@@ -274,13 +429,17 @@ void Account::systemLine(const QString &message)
         closed();
     } else if (message == Language::text(UiText::DemoModeDisabled)) {
         demo = false;
+        rest(false);
+    } else if (message == Language::text(UiText::StoppedResendingZero) ||
+               message == Language::text(UiText::PausedResending)) {
+        require(wasDue, "nobody asked for that");
     }
 }
 
-void Account::errorLine(const QString &message)
+void Account::errorLine(const QString &message, bool wasDue)
 {
     if (message == Language::text(UiText::CompleteHandshakeFirst)) {
-        require(!demo && !linked, "refused although ready");
+        require(wasDue && !isReady(), "refused although ready");
     } else if (message == Language::text(UiText::FrameNotSentDisconnected)) {
         require(!demo && !open, "refused although the port is open");
         if (!operatorActs)
@@ -288,8 +447,10 @@ void Account::errorLine(const QString &message)
     } else if (message == Language::text(UiText::HandshakePortDisconnected) ||
                message == Language::text(UiText::NoUsablePort)) {
         require(!demo && !open, "refused although the port is open");
-    } else if (message != Language::text(UiText::FrameNotSentReserved) &&
-               message != Language::text(UiText::ManualFrameIncomplete) &&
+    } else if (message == Language::text(UiText::FrameNotSentReserved)) {
+        require(operatorActs || wasDue || demo || offeredAgain.isEmpty(),
+                "a frame that waits to be offered again goes before any step");
+    } else if (message != Language::text(UiText::ManualFrameIncomplete) &&
                message != Language::text(UiText::ManualFrameInvalid)) {
         if (message == Language::text(UiText::ResponseBufferOverflow)) {
             fromPlayer.cut();
@@ -324,8 +485,11 @@ void Account::helloSent(const QString &message, bool wasDue)
 // From the hand or the playback timer, offered again after an outcome, or (due) released by OK.
 void Account::frameSent(const QString &summary, bool wasDue)
 {
-    if (!wasDue && !operatorActs && summary == offeredAgain) {
-        maybeTaken = summary == offered(); // the playback timer could have sent the same
+    const bool maybeStep = demo && summary != offeredAgain; // nothing holds one back there
+    if (!wasDue && !operatorActs && !offeredAgain.isEmpty() && !maybeStep) {
+        require(summary == offeredAgain,
+                "a frame that waits to be offered again goes before any step");
+        maybeTaken = demo && summary == offered();
         if (!maybeTaken)
             offeredAgain.clear();
     } else if (!wasDue) {
@@ -374,6 +538,11 @@ void Account::heard(const QString &line)
         due = {u"status "_s + Language::text(UiText::HandshakeSucceeded)};
         if (inFlight.isEmpty() && !pending.isEmpty())
             due.append(u"TX    "_s + std::exchange(pending, {}));
+        if (std::exchange(stopKept, false)) {
+            ++stopsFollowed;
+            timerRuns = true;
+            owe(UiText::StoppedResendingZero);
+        }
         break;
     case ReplyKind::RxOk:
         if (!inFlight.isEmpty()) {
@@ -407,14 +576,16 @@ void Account::heard(const QString &line)
     }
 }
 
-// A frame of the hand waits; or the one that was offered again, because a frame of the hand or of
-// the playback timer was quicker. The playback timer itself offers nothing while one is in flight.
-void Account::frameQueued()
+// A frame of the hand waits, or the dark one of a Stop that was kept; or the one that was offered
+// again, because a frame of the hand was quicker. The playback timer offers nothing while one is in
+// flight.
+void Account::frameQueued(bool wasDue)
 {
+    const bool isNew = operatorActs || wasDue;
     require(!inFlight.isEmpty() && linked, "a frame waits only behind another");
-    require(operatorActs || !offeredAgain.isEmpty(), "nobody offered that frame");
-    ++(operatorActs ? queued : queuedAgain);
-    pending = operatorActs ? offered() : std::exchange(offeredAgain, {});
+    require(isNew || !offeredAgain.isEmpty(), "nobody offered that frame");
+    ++(isNew ? queued : queuedAgain);
+    pending = isNew ? offered() : std::exchange(offeredAgain, {});
 }
 
 void Account::frameRetained()
@@ -429,6 +600,11 @@ void Account::frameRetained()
 void Account::closed()
 {
     open = linked = false;
+    forgetStop();
+    rest(false);
+    if (frameOwed)
+        lineOwed.clear();
+    frameOwed = false;
     abandoned += !inFlight.isEmpty();
     inFlight.clear();
     pending.clear();
@@ -484,6 +660,7 @@ QStringList Account::underWay() const
     note("in flight: ", {inFlight});
     note("waiting: ", {pending});
     note("to be offered again: ", {offeredAgain});
+    note("to come: ", {stopKept || frameOwed ? u"the dark frame"_s : QString(), lineOwed});
     note("on its way to the player: ", toPlayer.stillAwaited());
     note("on its way from the player: ", fromPlayer.stillAwaited());
     return things;
@@ -491,7 +668,8 @@ QStringList Account::underWay() const
 
 void Account::endOfStep()
 {
-    require(due.isEmpty(), "something due did not come");
+    notice();
+    require(due.isEmpty() && !frameOwed && lineOwed.isEmpty(), "something due did not come");
     if (!offeredAgain.isEmpty() && ++stepsOfferedAgain == turnsAtMost) {
         require(maybeTaken, "the waiting frame is offered again");
         offeredAgain.clear();
@@ -520,8 +698,9 @@ void Account::checkDisplays()
                 hand.row(6)->text() == u"TX 0 B / RX 0 B"_s,
             "the counters");
 
-    const bool stopped = hand.state() == Language::text(UiText::StateStopped);
-    require(stopped || demo || open, "without a line nothing plays");
+    const bool stopped = state == PlaybackState::Stopped;
+    require(hand.state() == Protocol::playbackStateText(state), "plays, pauses or rests as told");
+    require(playbackTimer.isActive() == timerRuns, "frames go out at the interval, or do not");
     require(hand.row(2)->text() == hand.state(), "both states agree");
     require(hand.row(4)->text() ==
                 u"%1 / %2"_s.arg(stopped ? 0 : hand.frame()->value()).arg(hand.total()->value()),
@@ -530,6 +709,214 @@ void Account::checkDisplays()
                 u"%1 / %2"_s.arg(qMin(hand.frame()->value(), hand.total()->value()))
                     .arg(hand.total()->value()),
             "the panel shows the frame");
+}
+
+QString shownIn(const QSpinBox *box)
+{
+    return box->findChild<QLineEdit *>()->text();
+}
+
+// A number that is being typed into one of the boxes while other things happen.
+class TypedNumber : public QObject
+{
+public:
+    TypedNumber(Account &account, std::vector<QSpinBox *> boxes)
+        : boxes(std::move(boxes))
+        , account(account)
+    {
+        for (QSpinBox *each : this->boxes) {
+            connect(each, &QSpinBox::valueChanged, this, [this, each](int value) {
+                if (each == box)
+                    changes.append(value);
+            });
+        }
+        connect(qApp, &QApplication::focusChanged, this,
+                [this](const QWidget *old) { focusGone = focusGone || old == box; });
+    }
+
+    bool isBeingTyped() const { return box != nullptr; }
+    bool canStep(bool up) const { return box->value() != (up ? box->maximum() : box->minimum()); }
+    bool isBeingTypedInto(const QSpinBox *which) const { return box && which == box; }
+
+    void begin(QSpinBox *which, QChar digit);
+    void typeOn(QChar digit);
+    void eraseOne();
+    void press(Qt::Key key);                                ///< a key that takes the number
+    void step(int steps, const std::function<void()> &act); ///< from the typed number
+    void giveUp();
+
+    void beginAct();
+    void endAct(bool takes); ///< of another kind, which takes the number if the focus goes
+    void endOfStep();
+
+    int taken = 0, givenUp = 0, lived = 0; ///< for the report; `lived`: steps of the walk
+
+    const std::vector<QSpinBox *> boxes; ///< HY, Frame, Total, the four colours
+
+private:
+    static constexpr std::ptrdiff_t frameBox = 1;
+    static constexpr std::ptrdiff_t firstColour = 3;
+
+    std::optional<int> number() const;
+    int bound(int value) const { return qBound(box->minimum(), value, box->maximum()); }
+    void require(bool condition, const char *rule);
+    void checkTyping();
+    void checkTaken(const QList<int> &expected);
+    void checkHeld();
+    void end() { box = nullptr; }
+
+    Account &account;
+    QSpinBox *box = nullptr; ///< that is being typed into
+    QString text;            ///< as the operator has typed it
+    int held = 0;            ///< the value before an act
+    QList<int> changes;      ///< of the value, in one act
+    bool focusGone = false;  ///< in one act; it can be back by its end
+};
+
+void TypedNumber::require(bool condition, const char *rule)
+{
+    if (condition)
+        return;
+    const QString numbers =
+        u"%1 (%2 was %3, is %4, of %5; typed \"%6\", shown \"%7\")"_s.arg(QLatin1String(rule))
+            .arg(box->accessibleName())
+            .arg(held)
+            .arg(box->value())
+            .arg(box->maximum())
+            .arg(text, shownIn(box));
+    account.require(false, qPrintable(numbers));
+}
+
+std::optional<int> TypedNumber::number() const
+{
+    return text.isEmpty() ? std::nullopt : std::optional(text.toInt());
+}
+
+void TypedNumber::begin(QSpinBox *which, QChar digit)
+{
+    box = which;
+    box->setFocus();
+    box->selectAll();
+    text.clear();
+    beginAct();
+    text = digit;
+    QTest::keyClick(box, digit.toLatin1());
+    checkTyping();
+}
+
+void TypedNumber::typeOn(QChar digit)
+{
+    const QString longer = text + digit;
+    QTest::keyClick(box, digit.toLatin1());
+    if (longer.toInt() <= box->maximum())
+        text = longer;
+    checkTyping();
+}
+
+void TypedNumber::eraseOne()
+{
+    QTest::keyClick(box, Qt::Key_Backspace);
+    text.chop(1);
+    checkTyping();
+}
+
+void TypedNumber::checkTyping()
+{
+    require(shownIn(box) == text, "what is typed stands there");
+    require(changes.isEmpty() && box->value() == held, "typing alone changes no value");
+}
+
+void TypedNumber::press(Qt::Key key)
+{
+    const int result = number().value_or(held);
+    QTest::keyClick(box, key);
+    checkTaken(result == held ? QList<int>{} : QList<int>{result});
+}
+
+void TypedNumber::step(int steps, const std::function<void()> &act)
+{
+    QList<int> expected;
+    const int from = number().value_or(held);
+    act();
+    if (from != held)
+        expected.append(from);
+    if (bound(from + steps) != from)
+        expected.append(bound(from + steps));
+    checkTaken(expected);
+}
+
+void TypedNumber::checkTaken(const QList<int> &expected)
+{
+    require(changes == expected, "the typed number is taken, once");
+    require(box->value() == (expected.isEmpty() ? held : expected.last()),
+            "the typed number is the value");
+    require(shownIn(box) == QString::number(box->value()), "and what is shown");
+    ++taken;
+    end();
+}
+
+void TypedNumber::giveUp()
+{
+    QTest::keyClick(box, Qt::Key_Escape);
+    require(changes.isEmpty() && box->value() == held, "Escape leaves the value");
+    require(shownIn(box) == QString::number(held), "Escape shows the value again");
+    ++givenUp;
+    end();
+}
+
+void TypedNumber::beginAct()
+{
+    if (!box)
+        return;
+    account.note(u"hand, while \"%1\" is typed into %2"_s.arg(text, box->accessibleName()));
+    held = box->value();
+    changes.clear();
+    focusGone = false;
+}
+
+// The act itself can change the value once more, after it has taken the number.
+void TypedNumber::endAct(bool takes)
+{
+    if (!box)
+        return;
+    const int result = number().value_or(held);
+    if (!takes && !focusGone) {
+        checkHeld();
+        return;
+    }
+    require(result == held || changes.value(0, held) == result, "the typed number is taken first");
+    require(shownIn(box) == QString::number(box->value()), "the value is shown again");
+    ++taken;
+    end();
+}
+
+// Only the program sets a value meanwhile, which holds at once: a step, and the zeros of Stop.
+void TypedNumber::checkHeld()
+{
+    require(shownIn(box) == text, "the text stays the operator's");
+    const auto index = std::ranges::find(boxes, box) - boxes.begin();
+    const bool isColour = index >= firstColour;
+    const bool darkened = account.rests() && box->value() == 0;
+    require(index == frameBox || box->value() == held || (isColour && darkened),
+            "no number is taken by itself");
+}
+
+void TypedNumber::endOfStep()
+{
+    if (!box)
+        return;
+    ++lived;
+    require(box->hasFocus(), "the focus stays");
+    checkHeld();
+}
+
+void turnWheel(QWidget *widget, bool up)
+{
+    const QPoint middle = widget->rect().center();
+    QWheelEvent turn(QPointF(middle), QPointF(widget->mapToGlobal(middle)), {},
+                     QPoint(0, up ? 120 : -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                     false);
+    QApplication::sendEvent(widget, &turn);
 }
 
 } // namespace
@@ -561,8 +948,15 @@ private:
     void startAnew();
     QList<Choice> operatorChoices();
     QList<Choice> transportChoices();
+    QList<Choice> typingChoices();
     QList<Choice> worldChoices();
     void acting(const std::function<void()> &act);
+    void beginTyping();
+    void pressEscape();
+    void stepByKey();
+    void turnAnyWheel();
+    void turnOver(QSpinBox *box, bool up);
+    void turnOver(QComboBox *box, bool up);
     void editSomething();
     void sendTypedFrame();
     void sendAtOnce();
@@ -584,6 +978,8 @@ private:
     Stage stage;
     std::unique_ptr<EventCounter> helloTimerRuns;
     std::unique_ptr<Account> account;
+    std::unique_ptr<TypedNumber> typed;
+    bool takesTyped = false; ///< the act takes what is being typed, wherever the focus is
     QRandomGenerator random;
     int steps = 0;
     int minutes = 0; ///< of a long walk
@@ -609,7 +1005,12 @@ void RandomWalkTest::initTestCase()
     auto *helloTimer = stage.window().findChild<QTimer *>(u"handshakeTimer"_s);
     QCOMPARE(helloTimer->intervalAsDuration(), helloPeriod);
     helloTimerRuns = std::make_unique<EventCounter>(helloTimer, QEvent::Timer);
-    account = std::make_unique<Account>(hand(), stage.portPath(), *helloTimerRuns);
+    account = std::make_unique<Account>(hand(), stage.portPath(), *helloTimerRuns,
+                                        *stage.window().findChild<QTimer *>(u"playbackTimer"_s));
+    typed = std::make_unique<TypedNumber>(
+        *account,
+        std::vector<QSpinBox *>{hand().header(), hand().frame(), hand().total(), hand().red(),
+                                hand().green(), hand().blue(), hand().white()});
     watch();
 }
 
@@ -652,24 +1053,41 @@ void RandomWalkTest::readLog()
 // What the operator does is done at once; no event comes in between.
 void RandomWalkTest::acting(const std::function<void()> &act)
 {
-    account->operatorActs = true;
+    account->beginAct();
+    typed->beginAct();
     act();
-    account->operatorActs = false;
-    account->mayRestartHandshake = false;
-    account->typedFrame.clear();
+    typed->endAct(std::exchange(takesTyped, false));
+    account->endAct();
 }
 
 QList<RandomWalkTest::Choice> RandomWalkTest::transportChoices()
 {
-    const auto click = [this](QAbstractButton *button) { hand().click(button); };
+    const auto click = [this](QAbstractButton *button) {
+        takesTyped = true; // by taking the focus
+        hand().click(button);
+    };
     const auto drag = [this](QSlider *slider) {
+        if (typed->isBeingTyped()) // taken by the grab, it could move the handle away from it
+            typed->press(Qt::Key_Return);
         hand().dragTo(slider, slider->minimum() + below(slider->maximum() - slider->minimum() + 1));
     };
+    const auto stop = [=, this](QAbstractButton *button) {
+        account->stop();
+        click(button);
+    };
     return {
-        {60, [=, this] { click(hand().play()); }},
-        {30, [=, this] { click(hand().pause()); }},
-        {25, [=, this] { click(hand().stop()); }},
-        {10, [=, this] { click(hand().stopZero()); }},
+        {60,
+         [=, this] {
+             account->play();
+             click(hand().play());
+         }},
+        {30,
+         [=, this] {
+             account->pause();
+             click(hand().pause());
+         }},
+        {account->lacksHandshake() ? 120 : 25, [=, this] { stop(hand().stop()); }},
+        {10, [=, this] { stop(hand().stopZero()); }},
         {20, [=, this] { click(below(2) ? hand().increase() : hand().decrease()); }},
         {10, [=, this] { click(hand().replay()); }},
         {30, [=, this] { drag(hand().seekSlider()); }},
@@ -691,12 +1109,52 @@ QList<RandomWalkTest::Choice> RandomWalkTest::operatorChoices()
         {mute ? 0 : 20, [this] { restartHandshake(); }},
         {spoilt ? 150 : 3, [this, spoilt] { typeReserved(spoilt); }},
         {demo || open ? 0 : 400, [this] { connectToPort(); }},
-        {open && !mute ? 6 : 0, [this] { hand().click(hand().connectButton()); }},
-        {demo   ? 100
-         : mute ? 0
-                : 4,
+        {!open || mute          ? 0
+         : account->keepsStop() ? 60
+                                : 6,
+         [this] { hand().click(hand().connectButton()); }},
+        {demo                   ? 100
+         : mute                 ? 0
+         : account->keepsStop() ? 40
+                                : 4,
          [this, demo] { hand().setDemo(!demo); }},
         {5, [this] { changeLanguage(); }},
+        {50, [this] { beginTyping(); }},
+        {40, [this] { turnAnyWheel(); }},
+        {5, [this] { pressEscape(); }},
+    };
+}
+
+// What happens while a number is being typed, and leaves the focus where it is.
+QList<RandomWalkTest::Choice> RandomWalkTest::typingChoices()
+{
+    qx::MainWindow &window = stage.window();
+    return {
+        {100, [this] { typed->typeOn(QLatin1Char(static_cast<char>('0' + below(10)))); }},
+        {15, [this] { typed->eraseOne(); }},
+        {10, [this] { typed->press(below(2) ? Qt::Key_Return : Qt::Key_Enter); }},
+        {5, [this] { typed->press(Qt::Key_Tab); }},
+        {10, [this] { typed->giveUp(); }},
+        {15, [this] { stepByKey(); }},
+        {30, [this] { turnAnyWheel(); }},
+        {5, [this] { changeLanguage(); }},
+        {30, [&window] { window.sendCurrentFrame(); }},
+        {10,
+         [this, &window] {
+             takesTyped = account->isReady();
+             account->play();
+             window.startPlayback();
+         }},
+        {5,
+         [this, &window] {
+             account->pause();
+             window.pausePlayback();
+         }},
+        {10,
+         [this, &window] {
+             account->stop();
+             window.stopPlayback(true);
+         }},
     };
 }
 
@@ -736,6 +1194,8 @@ void RandomWalkTest::step()
     };
     if (below(3) == 0)
         pick(worldChoices())();
+    else if (typed->isBeingTyped() && below(5))
+        acting(pick(typingChoices()));
     else
         acting(pick(operatorChoices() + transportChoices()));
     letTimePass();
@@ -749,6 +1209,7 @@ void RandomWalkTest::letTimePass()
     for (int turns = below(3); turns >= 0; --turns)
         QTest::qWait(below(3));
     account->endOfStep();
+    typed->endOfStep();
 }
 
 // A line edit, that of a spin box too, remembers each key for its undo; nobody types as much as
@@ -756,7 +1217,7 @@ void RandomWalkTest::letTimePass()
 // one, and without what the allocator keeps of the longest that was.
 void RandomWalkTest::startAnew()
 {
-    hand().click(hand().clearLog());
+    acting([this] { hand().click(hand().clearLog()); });
     const auto edits = stage.window().findChildren<QLineEdit *>();
     for (QLineEdit *edit : edits)
         edit->setText(edit->text());
@@ -773,7 +1234,89 @@ void RandomWalkTest::editSomething()
     QSpinBox *const editors[] = {hand().header(), hand().red(),   hand().green(), hand().blue(),
                                  hand().white(),  hand().frame(), hand().total()};
     QSpinBox *editor = editors[below(7)];
+    if (typed->isBeingTypedInto(editor))
+        typed->press(Qt::Key_Return);
     hand().type(editor, below(editor == hand().total() ? 40 : editor->maximum() + 1));
+}
+
+void RandomWalkTest::beginTyping()
+{
+    if (typed->isBeingTyped())
+        typed->press(Qt::Key_Return);
+    typed->begin(typed->boxes.at(static_cast<std::size_t>(below(7))),
+                 QLatin1Char(static_cast<char>('1' + below(9))));
+}
+
+void RandomWalkTest::pressEscape()
+{
+    if (typed->isBeingTyped())
+        return typed->giveUp();
+    QWidget *focus = QApplication::focusWidget();
+    const QString before = hand().summary()->text();
+    QTest::keyClick(focus ? focus : &stage.window(), Qt::Key_Escape);
+    account->require(hand().summary()->text() == before, "Escape changes no frame");
+}
+
+void RandomWalkTest::stepByKey()
+{
+    struct Step
+    {
+        Qt::Key key;
+        int steps;
+    };
+    static constexpr Step keys[] = {
+        {Qt::Key_Up, 1}, {Qt::Key_Down, -1}, {Qt::Key_PageUp, 10}, {Qt::Key_PageDown, -10}};
+    const Step step = keys[below(4)];
+    if (!typed->canStep(step.steps > 0)) // nothing is taken then
+        return;
+    QWidget *box = QApplication::focusWidget();
+    typed->step(step.steps, [=] { QTest::keyClick(box, step.key); });
+}
+
+void RandomWalkTest::turnAnyWheel()
+{
+    const bool up = below(2) == 0;
+    const int which = below(11);
+    if (which < 7)
+        return turnOver(typed->boxes.at(static_cast<std::size_t>(which)), up);
+    if (which < 9)
+        return turnOver(which == 7 ? hand().ports() : hand().hostSettings(), up);
+    QSlider *slider = which == 9 ? hand().seekSlider() : hand().timeSlider();
+    if (below(2))
+        slider->setFocus();
+    const int before = slider->value();
+    turnWheel(slider, up);
+    account->require(slider->value() == before, "no wheel moves a slider");
+}
+
+void RandomWalkTest::turnOver(QSpinBox *box, bool up)
+{
+    if (typed->isBeingTypedInto(box) && !typed->canStep(up))
+        return;
+    if (typed->isBeingTypedInto(box))
+        return typed->step(up ? 1 : -1, [=] { turnWheel(box, up); });
+    if (below(2))
+        box->setFocus();
+    const QWidget *focus = QApplication::focusWidget();
+    const int before = box->value();
+    const int moved = qBound(box->minimum(), before + (up ? 1 : -1), box->maximum());
+    turnWheel(box, up);
+    account->require(box->value() == (focus == box ? moved : before),
+                     "a wheel changes only what has the focus");
+    account->require(QApplication::focusWidget() == focus, "a wheel takes no focus");
+}
+
+void RandomWalkTest::turnOver(QComboBox *box, bool up)
+{
+    if (below(2))
+        box->setFocus(); // not while it is disabled
+    const QWidget *focus = QApplication::focusWidget();
+    const int before = box->currentIndex();
+    const int moved = qMin(qMax(before + (up ? -1 : 1), 0), box->count() - 1);
+    turnWheel(box, up);
+    account->require(box->currentIndex() == (focus == box ? moved : before),
+                     "a wheel changes only what has the focus");
+    account->require(QApplication::focusWidget() == focus, "a wheel takes no focus");
 }
 
 void RandomWalkTest::sendTypedFrame()
@@ -792,7 +1335,12 @@ void RandomWalkTest::sendTypedFrame()
 
 void RandomWalkTest::sendAtOnce()
 {
-    acting([this] { hand().click(hand().sendFrame()); });
+    acting([this] {
+        if (typed->isBeingTyped())
+            stage.window().sendCurrentFrame(); // which leaves the focus where it is
+        else
+            hand().click(hand().sendFrame());
+    });
 }
 
 void RandomWalkTest::sendNonsense()
@@ -932,6 +1480,10 @@ void RandomWalkTest::report() const
     qInfo("written %d, again %d (%d by timeout), queued %d, once more %d, retained %d, HELLO %d, "
           "lines lost %d",
           a.writes, a.retries, a.timeouts, a.queued, a.queuedAgain, a.retained, a.hellos, a.losses);
+    qInfo("Stop kept %d times, followed %d, forgotten %d; typed numbers taken %d, given up %d, "
+          "half typed in %d steps",
+          a.stopsKept, a.stopsFollowed, a.stopsForgotten, typed->taken, typed->givenUp,
+          typed->lived);
     if (minutes > 0)
         qInfo("memory after the first minute: %+lld KiB", static_cast<long long>(growth / 1024));
     const QStringList verdict = a.verdict().split(u'\n', Qt::SkipEmptyParts);
@@ -956,8 +1508,10 @@ void RandomWalkTest::walk()
     QCOMPARE(player().unknownBytes(), 0);
     QVERIFY2(minutes <= 1 || heldWhenWarm, "memory was not looked at");
     QVERIFY2(growth <= tolerableGrowth, "memory grows");
+    QCOMPARE(account->stopsKept, account->stopsFollowed + account->stopsForgotten);
     for (const int happened : {account->demoFrames, account->failed, account->retries,
-                               account->queued, account->retained, account->losses})
+                               account->queued, account->retained, account->losses,
+                               account->stopsFollowed, typed->taken, typed->givenUp, typed->lived})
         QVERIFY2(happened > 0 || steps < standardSteps, "the walk saw too little");
 }
 
