@@ -425,10 +425,11 @@ void TestMediaSync::soundOfUnknownLengthPlaysOn()
         wentBack = wentBack || position < furthest;
         furthest = std::max(furthest, position);
     });
-    QTRY_VERIFY(furthest > 1000 || furthest == guess);
+    const auto endedAtTheGuess = [&] { return guess > 0 && furthest == guess; };
+    QTRY_VERIFY(furthest > 1000 || endedAtTheGuess());
     QVERIFY(hand.media()->duration() > 0);
     QVERIFY(!wentBack);
-    QVERIFY(hand.media()->playbackState() == QMediaPlayer::PlayingState || furthest == guess);
+    QVERIFY(hand.media()->playbackState() == QMediaPlayer::PlayingState || endedAtTheGuess());
 }
 
 void TestMediaSync::seekWhilePaused_data()
