@@ -60,6 +60,12 @@ void ArrowSpinBox::stepBy(int steps)
     QSpinBox::stepBy(steps);
 }
 
+// Qt asks before it steps, of the value that the typed number replaces.
+QAbstractSpinBox::StepEnabled ArrowSpinBox::stepEnabled() const
+{
+    return typing ? StepUpEnabled | StepDownEnabled : QSpinBox::stepEnabled();
+}
+
 QString ArrowSpinBox::textFromValue(int number) const
 {
     return typing && number == value() ? lineEdit()->text() : QSpinBox::textFromValue(number);

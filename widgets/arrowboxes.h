@@ -27,6 +27,7 @@ public:
     void stepBy(int steps) override; ///< from the typed number
 
 protected:
+    StepEnabled stepEnabled() const override; ///< both ways from a typed number
     QString textFromValue(int value) const override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;

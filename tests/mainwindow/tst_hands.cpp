@@ -178,6 +178,13 @@ void HandsTest::arrowsStepFromTheTypedNumber()
     QCOMPARE(frame->value(), 601);
     QTest::keyClick(frame, Qt::Key_PageUp);
     QCOMPARE(frame->value(), 611);
+
+    QSpinBox *red = hand().red(); // which stands at its lower end
+    red->setFocus();
+    red->selectAll();
+    QTest::keyClicks(red, u"36"_s);
+    QTest::keyClick(red, Qt::Key_Down);
+    QCOMPARE(red->value(), 35);
 }
 
 void HandsTest::frameTypedWhilePlayingLetsTheShowRunOn()
