@@ -24,7 +24,7 @@ private slots:
     void repliesComeInTheirOrder();
     void piecesMakeUpTheReply();
     void eachPieceHasATurnOfItsOwn();
-    void promptReplyWaitsBehindOthers();
+    void undelayedReplyWaitsBehindOthers();
     void paceHoldsForLaterRepliesOnly();
     void tellsWhichReplyEndedAndWhatItAnswers();
     void clearedQueueGivesOutNothing();
@@ -113,14 +113,14 @@ void TestReplyQueue::eachPieceHasATurnOfItsOwn()
     QCOMPARE(pieces->size(), before + 1);
 }
 
-void TestReplyQueue::promptReplyWaitsBehindOthers()
+void TestReplyQueue::undelayedReplyWaitsBehindOthers()
 {
     queue->setPace(20ms, 0);
     queue->add("late\n", Occasion::Frame);
     queue->setPace(0ms, 0);
     QVERIFY(queue->isNeeded());
-    queue->add("prompt\n", Occasion::Frame);
-    QTRY_COMPARE(written(), QByteArray("late\nprompt\n"));
+    queue->add("soon\n", Occasion::Frame);
+    QTRY_COMPARE(written(), QByteArray("late\nsoon\n"));
     QVERIFY(!queue->isNeeded());
 }
 
